@@ -1,0 +1,45 @@
+# What all of our own targets are built with.
+add_library(velvane_options INTERFACE)
+target_include_directories(velvane_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(velvane_options INTERFACE
+  -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Wold-style-cast
+  -Woverloaded-virtual -Wimplicit-fallthrough -Werror -fstack-protector-strong)
+target_compile_definitions(velvane_options INTERFACE _GLIBCXX_ASSERTIONS)
+if(WIN32)
+  # The version macros name what the calls need, not what the program is told: Windows 7.
+  target_compile_definitions(velvane_options INTERFACE
+    NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 WINVER=0x0601 _FORTIFY_SOURCE=2)
+  target_link_options(velvane_options INTERFACE -Wl,--dynamicbase,--nxcompat -s)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    target_link_options(velvane_options INTERFACE -Wl,--high-entropy-va)
+  endif()
+else()
+  set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(velvane_options INTERFACE ${sanitize})
+  target_link_options(velvane_options INTERFACE ${sanitize})
+endif()
+
+# A library of one folder of src/.
+function(velvane_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC velvane_options)
+endfunction()
+
+# A program of ours: with the manifest that sets the code page.
+function(velvane_program name)
+  add_executable(${name} ${ARGN})
+  target_link_libraries(${name} PRIVATE velvane_options)
+  if(WIN32)
+    enable_language(RC)
+    target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/resources/manifest.rc)
+    set_source_files_properties(${CMAKE_SOURCE_DIR}/resources/manifest.rc PROPERTIES
+      OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/resources/velvane.manifest)
+  endif()
+endfunction()
+
+# A test program, run by ctest in a prefix of its own.
+function(velvane_test name)
+  velvane_program(${name} ${ARGN})
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "VELVANE_PREFIX=${name}" TIMEOUT 600)
+endfunction()

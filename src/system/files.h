@@ -1,0 +1,44 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Facts about files and folders that the engine's rules stand on. Paths are texts in the process's code page.
+
+// Longest path with its terminator that the program handles.
+inline constexpr std::size_t kPathCapacity = 260;
+
+// `folder` followed by `name`; nothing if that would not fit kPathCapacity with its terminator. Never a
+// shortened path.
+std::optional<std::string> JoinPath(std::string_view folder, std::string_view name);
+
+// True for a reparse point that leads elsewhere. `tag` is dwReserved0 of the find data. The placeholders of
+// cloud storage (any of the tags 0x9000?01A) stand for their own content and are not links.
+bool IsLink(DWORD attributes, DWORD tag);
+
+// The same by path; false when it does not exist.
+bool IsLink(const char* path);
+
+// The name of a found entry if it names that entry again when it is handed back to the system; nothing
+// when the name has characters that the process's code page does not have or does not fit.
+std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder);
+
+// True when nothing is at `path` any more, or nothing that can be opened.
+bool IsGone(const char* path);
+
+// Takes a link to a folder away and never what it points to. `path` may end in a backslash. False when the
+// system does not let the link itself be opened.
+bool RemoveFolderLink(const char* path);
+
+// The whole file, opened with FILE_SHARE_READ; nothing if it cannot be opened, does not fit 32 bits or is not
+// read to its end.
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path);
+
+// Writes a new file beside `path`, flushes it, and moves it into its place. On failure what was at `path`
+// stays.
+bool ReplaceFileContent(const char* path, const void* data, std::uint32_t size);
