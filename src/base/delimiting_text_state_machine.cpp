@@ -1,0 +1,112 @@
+#include "base/delimiting_text_state_machine.h"
+
+namespace {
+
+constexpr std::uint32_t kRoot = 0;
+
+bool IsAscii(char c) {
+    return static_cast<unsigned char>(c) < 128;
+}
+
+char ToLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+DelimitingTextStateMachine::DelimitingTextStateMachine(char openAndClose, LeadByteTest leadByteTest)
+    : delimiter(openAndClose), isLeadByte(leadByteTest), nodes(1) {}
+
+DelimitingTextStateMachine::~DelimitingTextStateMachine() = default;
+
+std::uint32_t DelimitingTextStateMachine::VariableCount() const {
+    return variableCount;
+}
+
+std::uint32_t DelimitingTextStateMachine::FindChild(std::uint32_t node, char c) const {
+    std::uint32_t child = nodes[node].firstChild;
+    while (child != kNone && nodes[child].character != c) child = nodes[child].nextSibling;
+    return child;
+}
+
+std::uint32_t DelimitingTextStateMachine::AddChild(std::uint32_t node, char c) {
+    const auto child = static_cast<std::uint32_t>(nodes.size());
+    nodes.push_back({.nextSibling = nodes[node].firstChild, .character = c});
+    nodes[node].firstChild = child;
+    return child;
+}
+
+bool DelimitingTextStateMachine::AddDelimitedText(std::string_view key, std::string_view value) {
+    if (key.empty() || key.front() != delimiter) return false;
+    ++variableCount;
+    bool gained = false;
+    std::uint32_t stored = kNone;
+    std::uint32_t node = kRoot;
+    for (const char written : key.substr(1)) {
+        if (!IsAscii(written)) break;
+        const char c = ToLower(written);
+        std::uint32_t child = FindChild(node, c);
+        if (child == kNone) {
+            child = AddChild(node, c);
+            gained = true;
+            if (c == delimiter) {
+                if (stored == kNone) {
+                    stored = static_cast<std::uint32_t>(values.size());
+                    values.emplace_back(value);
+                }
+                nodes[child].value = stored;
+            }
+        }
+        node = child;
+    }
+    return gained;
+}
+
+// The match of the name goes on, ends or begins with one character of the text.
+DelimitingTextStateMachine::Outcome DelimitingTextStateMachine::Step(char c) {
+    if (cursor == kNone) {
+        if (c != delimiter) return Outcome::kNoMatch;
+        cursor = kRoot;
+        return Outcome::kUnderWay;
+    }
+    // A name is stored in lower case, so its characters need not be tried as they are written.
+    cursor = FindChild(cursor, c == delimiter ? c : ToLower(c));
+    // kept: a delimiter that comes too early ends the match and does not open a new one, so that in
+    // "%win%windir%" nothing is replaced.
+    if (cursor == kNone) return Outcome::kNoMatch;
+    return c == delimiter ? Outcome::kComplete : Outcome::kUnderWay;
+}
+
+void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
+    workBuffer.clear();
+    cursor = kNone;
+    bool replaced = false;
+    std::size_t token = 0;  // where in the output the variable began that is being matched
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (isLeadByte != nullptr && isLeadByte(static_cast<unsigned char>(c))) {
+            // kept: the match goes on behind a double-byte character, and then replaces only what stands
+            // between that character and the closing delimiter.
+            workBuffer.append(text, i, 2);
+            ++i;
+            token = workBuffer.size();
+            continue;
+        }
+        const Outcome outcome = Step(c);
+        if (outcome == Outcome::kComplete) {
+            const std::string& value = values[nodes[cursor].value];
+            cursor = kNone;
+            if (token + value.size() <= i + 1 + kMaxGrowth) {
+                workBuffer.resize(token);
+                workBuffer.append(value);
+                token = workBuffer.size();
+                replaced = true;
+                continue;
+            }
+        }
+        workBuffer.push_back(c);
+        if (outcome != Outcome::kUnderWay) token = workBuffer.size();
+    }
+    cursor = kNone;
+    if (replaced) text = workBuffer;
+}
