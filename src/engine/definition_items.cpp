@@ -1,0 +1,138 @@
+#include <windows.h>
+
+#include <mutex>
+#include <pugixml.hpp>
+#include <string>
+#include <string_view>
+
+#include "engine/cleaning_engine.h"
+#include "engine/definition_parser.h"
+#include "engine/registry_location.h"
+#include "engine/trace.h"
+
+namespace {
+
+// The attributes that every item has, null where one is missing.
+struct ItemElement {
+    const char* type;
+    const char* location;
+    const char* action;
+    const char* valueName;
+};
+
+ItemType ItemTypeOf(std::string_view text) {
+    if (text == "RegValue") return ItemType::RegValue;
+    if (text == "RegKey") return ItemType::RegKey;
+    if (text == "File") return ItemType::File;
+    if (text == "Folder") return ItemType::Directory;
+    if (text == "IniValue") return ItemType::IniValue;
+    return ItemType::Unknown;
+}
+
+ItemAction ItemActionOf(std::string_view text) {
+    if (text == "Delete") return ItemAction::Delete;
+    if (text == "All") return ItemAction::All;
+    return ItemAction::Invalid;
+}
+
+void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, const std::string& location) {
+    if (const auto parsed = ParseRegistryLocation(location)) {
+        item.hive = parsed->hive;
+        item.location = parsed->path;
+    } else {
+        item.action = ItemAction::Invalid;
+        ENGINE_TRACE(
+            "Error: path for cleaning item of type RegValue or RegKey needs to start with HKCR, HKCU, or "
+            "HKLM.  "
+            "Type='%s' Location='%s' Action='%s'.",
+            element.type, element.location, element.action);
+    }
+    if (item.type != ItemType::RegValue) return;
+    if (element.valueName && *element.valueName) {
+        item.valueName = element.valueName;
+    } else {
+        item.action = ItemAction::Invalid;
+        ENGINE_TRACE(
+            "Error: cleaning item of type RegValue is missing ValueName.  Type='%s' Location='%s' "
+            "Action='%s'.",
+            element.type, element.location, element.action);
+    }
+}
+
+void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string location) {
+    if (element.valueName && element.valueName[0] == '[') {
+        item.location = std::move(location);
+        item.valueName = element.valueName;
+    } else {
+        item.action = ItemAction::Invalid;
+        ENGINE_TRACE(
+            "Error: cleaning item of type IniValue is missing ValueName.  Type='%s' Location='%s' "
+            "Action='%s'.",
+            element.type, element.location, element.action);
+    }
+}
+
+}  // namespace
+
+bool CCleaningEngine::IsOnFixedDrive(const char* location) {
+    const std::string root = std::string(location).substr(0, 3);
+    const auto known = m_driveTypes.find(root);
+    if (known != m_driveTypes.end()) return known->second == DRIVE_FIXED;
+    return (m_driveTypes[root] = ::GetDriveTypeA(root.c_str())) == DRIVE_FIXED;
+}
+
+std::uint32_t CCleaningEngine::LoadItems(const pugi::xml_node& node, tagCLEAN_ENTITY& entity) {
+    const std::lock_guard lock(m_lock);
+    std::uint32_t count = 0;
+    for (const pugi::xml_node& child : node.children()) {
+        if (m_cancel) break;
+        // kept: an item that is dropped for what it says, and not for what it lacks, counts as loaded.
+        if (LoadItem(child, entity)) ++count;
+    }
+    return count;
+}
+
+bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& entity) {
+    const ItemElement element = {AttributeOrNull(node, "Type"), AttributeOrNull(node, "Location"),
+                                 AttributeOrNull(node, "Action"), AttributeOrNull(node, "ValueName")};
+    if (!element.type || !element.location || !element.action) {
+        ENGINE_TRACE(
+            "Error: cleaning item not loaded due to missing xml tags.  Type='%s' Location='%s' Action='%s'.",
+            element.type, element.location, element.action);
+        return false;
+    }
+    const ItemType type = ItemTypeOf(element.type);
+    const bool isPath = type == ItemType::File || type == ItemType::Directory;
+    // The test is on the text as it is written: what stands behind a variable is taken for fixed.
+    if (isPath && element.location[0] != '%' && !IsOnFixedDrive(element.location)) {
+        ENGINE_TRACE(
+            "Cleaning item not loaded because the path is not a fixed drive.  Type='%s' Location='%s' "
+            "Action='%s'.",
+            element.type, element.location, element.action);
+        return false;
+    }
+    auto item = std::make_unique<tagCLEAN_ITEM>();
+    item->type = type;
+    item->action = ItemActionOf(element.action);
+    item->entity = &entity;
+    std::string location = ExpandLocation(element.location);
+    if (type == ItemType::RegValue || type == ItemType::RegKey) {
+        FillRegistryItem(*item, element, location);
+    } else if (isPath) {
+        item->restricted = IsRestrictedLocation(location);
+        item->location = std::move(location);
+    } else if (type == ItemType::IniValue) {
+        FillIniItem(*item, element, std::move(location));
+    }
+    if (item->action == ItemAction::Invalid) {
+        ENGINE_TRACE(
+            "Error: cleaning item not loaded due to invalid type or action.  Type='%s' Location='%s' "
+            "Action='%s'.",
+            element.type, element.location, element.action);
+    } else {
+        entity.items.Append(std::move(item));
+        ENGINE_TRACE("Loaded item Type='%s' Location='%s' Action='%s'.", element.type, element.location,
+                     element.action);
+    }
+    return true;
+}

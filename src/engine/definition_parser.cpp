@@ -1,0 +1,18 @@
+#include "engine/definition_parser.h"
+
+#include <string_view>
+
+bool ParseDefinitionText(pugi::xml_document& document, std::string& text) {
+    constexpr unsigned int kOptions = pugi::parse_cdata | pugi::parse_wconv_attribute | pugi::parse_eol;
+    return document.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8);
+}
+
+const char* AttributeOrNull(const pugi::xml_node& node, const char* name) {
+    const pugi::xml_attribute attribute = node.attribute(name);
+    return attribute ? attribute.value() : nullptr;
+}
+
+pugi::xml_node FindElement(const pugi::xml_node& root, const char* name) {
+    return root.find_node(
+        [name](const pugi::xml_node& node) { return std::string_view(node.name()) == name; });
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <pugixml.hpp>
+#include <string>
+
+// Parses `text` in place, which must outlive `document`. Nothing is decoded, a bare "&" is accepted, and the
+// bytes of names and values stay as they are. False when it is no XML.
+bool ParseDefinitionText(pugi::xml_document& document, std::string& text);
+
+// The value of an attribute, or null when it is not there.
+const char* AttributeOrNull(const pugi::xml_node& node, const char* name);
+
+// The first element of a name below `root`, depth first; empty when there is none.
+pugi::xml_node FindElement(const pugi::xml_node& root, const char* name);

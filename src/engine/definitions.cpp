@@ -1,0 +1,186 @@
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <cstdlib>
+#include <mutex>
+#include <pugixml.hpp>
+#include <string>
+
+#include "base/db_container.h"
+#include "base/reference_pass.h"
+#include "engine/cleaning_engine.h"
+#include "engine/definition_parser.h"
+#include "engine/trace.h"
+#include "system/files.h"
+#include "system/handles.h"
+#include "system/system_facts.h"
+
+namespace {
+
+std::optional<std::string> TextOrNothing(const char* text) {
+    return text ? std::optional<std::string>(text) : std::nullopt;
+}
+
+// Only a lower-case "n" or a "0" in front switches off.
+bool EnabledByDefault(const pugi::xml_node& node) {
+    const char first = node.attribute("Default").value()[0];
+    return first != '0' && first != 'n';
+}
+
+template <class Record>
+void LoadImageOf(const pugi::xml_node& node, Record& record) {
+    if (const char* image = AttributeOrNull(node, "Image")) {
+        record.imageFile = WriteImageFile(image);
+        record.image = LoadImageFromFile(record.imageFile.Path());
+    }
+}
+
+}  // namespace
+
+// The bytes of the first definitions file that opens.
+std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
+    std::vector<std::string> paths;
+    if (m_definitionsFile) {
+        paths.push_back(*m_definitionsFile);
+    } else {
+        if (const auto folder = FolderPath(CSIDL_COMMON_APPDATA)) {
+            paths.push_back(*folder + "\\Quillmere\\Velvane\\cleaning.db");
+        }
+        paths.push_back(ProgramFolder() + "cleaning.db");
+    }
+    for (const std::string& path : paths) {
+        const auto file =
+            OwnHandle<UniqueHandle>(::CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file) continue;
+        ENGINE_TRACE("Loading cleaning definitions from '%s'.", path.c_str());
+        auto bytes = ReadWholeFile(file.get());
+        if (!bytes) return std::nullopt;
+        return DbFileText(std::move(*bytes));
+    }
+    ENGINE_TRACE("Error: could not load cleaning config due to error while opening file");
+    return std::nullopt;
+}
+
+bool CCleaningEngine::LoadDefinitions() {
+    m_cancel = false;
+    FreeDefinitions(true);
+    auto text = ReadDefinitions();
+    if (!text) return false;
+    const std::size_t bytes = text->size();
+    ResolveReferences(*text);
+    pugi::xml_document document;
+    if (!ParseDefinitionText(document, *text)) return false;
+    const pugi::xml_node root = FindElement(document, "xclean_def");
+    if (!root || m_cancel) return false;
+    if (const char* version = AttributeOrNull(root, "version")) {
+        m_definitionsVersion = std::strtoul(version, nullptr, 10);
+    }
+    if (const char* date = AttributeOrNull(root, "date")) m_definitionsDate = date;
+    ENGINE_TRACE("Cleaning definition version '%d' '%s'.  %d bytes.", static_cast<int>(m_definitionsVersion),
+                 m_definitionsDate ? m_definitionsDate->c_str() : "", static_cast<int>(bytes));
+    LoadLocationVariables(root);
+    m_driveTypes.clear();
+    std::uint32_t categoryCount = 0;
+    m_loadedNodeCount = LoadCategories(root, categoryCount);
+    LoadItemStates();
+    ENGINE_TRACE("Cleaning definitions have been loaded.");
+    return categoryCount > 0;
+}
+
+void CCleaningEngine::FreeDefinitions(bool save) {
+    const std::lock_guard lock(m_lock);
+    if (!m_categories.Head()) return;
+    ENGINE_TRACE("Freeing cleaning definition objects.");
+    if (save) SaveItemStates();
+    m_results.Clear();
+    m_categories.Clear();
+    m_loadedNodeCount = 0;
+}
+
+std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount) {
+    std::uint32_t loaded = 0;
+    for (const pugi::xml_node& node : root.children()) {
+        if (m_cancel) break;
+        if (std::string_view(node.name()) != "Category") continue;
+        const char* name = AttributeOrNull(node, "Name");
+        if (!name) {
+            ENGINE_TRACE("Error: Cleaning category with no name found!");
+            continue;
+        }
+        auto category = std::make_unique<tagCLEAN_CATEGORY>();
+        category->name = name;
+        category->help = TextOrNothing(AttributeOrNull(node, "Help"));
+        LoadImageOf(node, *category);
+        category->applicationCount = LoadApplications(node, *category);
+        if (category->applicationCount == 0) {
+            ENGINE_TRACE("Warning category '%s' not loaded because it has no application entries.", name);
+            continue;
+        }
+        ++categoryCount;
+        loaded += category->applicationCount + 1;
+        const std::lock_guard lock(m_lock);
+        m_categories.Append(std::move(category));
+        ENGINE_TRACE("Loaded category '%s'.", name);
+    }
+    return loaded;
+}
+
+std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category) {
+    std::uint32_t loaded = 0;
+    for (const pugi::xml_node& child : node.children()) {
+        if (m_cancel) break;
+        if (std::string_view(child.name()) != "Application") continue;
+        const char* name = AttributeOrNull(child, "Name");
+        if (!name || !*name) {
+            ENGINE_TRACE("Error: Cleaning application with no name found!");
+            continue;
+        }
+        auto application = std::make_unique<tagCLEAN_APPLICATION>();
+        application->name = name;
+        LoadImageOf(child, *application);
+        const std::string installed = ExpandLocation(child.attribute("InstallLocation").value());
+        application->present =
+            installed.empty() || ::GetFileAttributesA(installed.c_str()) != INVALID_FILE_ATTRIBUTES;
+        application->enabled = EnabledByDefault(child);
+        application->entityCount = LoadEntities(child, *application);
+        if (application->entityCount == 0) {
+            ENGINE_TRACE("Warning application '%s' not loaded because it has no entity entries.", name);
+            continue;
+        }
+        ENGINE_TRACE("Loaded application '%s'.  Installed='%s'", name, application->present ? "yes" : "no");
+        ++loaded;
+        const std::lock_guard lock(m_lock);
+        category.applications.Append(std::move(application));
+    }
+    return loaded;
+}
+
+std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN_APPLICATION& application) {
+    std::uint32_t loaded = 0;
+    for (const pugi::xml_node& child : node.children()) {
+        if (m_cancel) break;
+        if (std::string_view(child.name()) != "Entity") continue;
+        const char* name = AttributeOrNull(child, "Name");
+        if (!name || !*name) {
+            ENGINE_TRACE("Error: Cleaning entity with no name found for application '%s'.",
+                         application.name.c_str());
+            continue;
+        }
+        auto entity = std::make_unique<tagCLEAN_ENTITY>();
+        entity->name = name;
+        entity->help = TextOrNothing(AttributeOrNull(child, "Help"));
+        entity->enabled = EnabledByDefault(child);
+        entity->whitelistable = child.attribute("Whitelist").value()[0] == '1';
+        if (LoadItems(child, *entity) == 0) {
+            ENGINE_TRACE("Warning: entity '%s' not loaded because it has no item entries.", name);
+            continue;
+        }
+        ENGINE_TRACE("Loaded entity '%s'.", name);
+        ++loaded;
+        const std::lock_guard lock(m_lock);
+        application.entities.Append(std::move(entity));
+    }
+    return loaded;
+}

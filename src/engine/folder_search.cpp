@@ -1,0 +1,91 @@
+#include "engine/folder_search.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <string_view>
+
+#include "base/ini_value_name.h"
+#include "base/match_mask.h"
+#include "system/files.h"
+#include "system/handles.h"
+
+namespace {
+
+// One level of a folder search.
+class FolderLevel {
+  public:
+    FolderLevel(const std::string& folder, const char* mask, ScanSink& sink)
+        : m_folder(std::make_shared<const std::string>(folder)), m_mask(mask), m_sink(sink) {}
+
+    std::uint32_t Scan() {
+        const auto pattern = JoinPath(*m_folder, "*");
+        if (!pattern) return 0;
+        WIN32_FIND_DATAA entry;
+        const auto find = OwnHandle<UniqueFind>(::FindFirstFileA(pattern->c_str(), &entry));
+        if (!find) return 0;
+        do {
+            ScanEntry(entry);
+        } while (::FindNextFileA(find.get(), &entry) && !m_sink.Cancelled());
+        return m_count;
+    }
+
+  private:
+    void ScanEntry(const WIN32_FIND_DATAA& entry) {
+        const bool isFolder = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const std::string_view raw = entry.cFileName;
+        if (isFolder && (raw == "." || raw.starts_with(".."))) return;
+        const auto survivor = SurvivingName(entry, *m_folder);
+        if (!survivor) return;
+        std::string name(*survivor);
+        if (isFolder) name += '\\';
+        const auto path = JoinPath(*m_folder, name);
+        if (!path) return;
+        if (isFolder && !IsLink(entry.dwFileAttributes, entry.dwReserved0)) {
+            m_count += FolderLevel(*path, m_mask, m_sink).Scan();
+        }
+        // The name of a folder ends in a backslash here, so no mask fits it.
+        if (m_mask && !MatchMask(m_mask, name.c_str())) return;
+        m_sink.Add(isFolder ? ResultType::Directory : ResultType::File, m_folder, std::move(name));
+        ++m_count;
+    }
+
+    std::shared_ptr<const std::string> m_folder;
+    const char* m_mask;
+    ScanSink& m_sink;
+    std::uint32_t m_count = 0;
+};
+
+}  // namespace
+
+std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink) {
+    const auto folder = std::make_shared<const std::string>(pattern.substr(0, pattern.rfind('\\') + 1));
+    WIN32_FIND_DATAA entry;
+    const auto find = OwnHandle<UniqueFind>(::FindFirstFileA(pattern.c_str(), &entry));
+    if (!find) return 0;
+    std::uint32_t count = 0;
+    do {
+        if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
+        const auto name = SurvivingName(entry, *folder);
+        if (!name || !JoinPath(*folder, *name)) continue;
+        sink.Add(ResultType::File, folder, std::string(*name));
+        ++count;
+    } while (::FindNextFileA(find.get(), &entry) && !sink.Cancelled());
+    return count;
+}
+
+std::uint32_t ScanFolder(const std::string& folder, const char* mask, ScanSink& sink) {
+    return FolderLevel(folder, mask, sink).Scan();
+}
+
+std::uint32_t ScanIniValue(const std::string& file, const std::string& valueName, ScanSink& sink) {
+    const auto parts = SplitIniValueName(valueName);
+    if (!parts) return 0;
+    char value[kPathCapacity] = "";
+    const DWORD length = ::GetPrivateProfileStringA(parts->section.c_str(), parts->key.c_str(), nullptr,
+                                                    value, sizeof value, file.c_str());
+    if (length > 0 && value[0] != '\0') {
+        sink.Add(ResultType::IniValue, std::make_shared<const std::string>(file), valueName);
+    }
+    return 0;
+}

@@ -1,0 +1,182 @@
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <pugixml.hpp>
+#include <string>
+
+#include "engine/cleaning_engine.h"
+#include "engine/definition_parser.h"
+#include "engine/registry_location.h"
+#include "engine/restricted_paths.h"
+#include "engine/trace.h"
+#include "system/files.h"
+#include "system/registry.h"
+#include "system/system_facts.h"
+
+namespace {
+
+struct SystemVariable {
+    const char* name;
+    std::string (*value)(int csidl, bool& defined);
+    int csidl;
+};
+
+// A folder that the system does not have leaves its variable undefined.
+std::string Folder(int csidl, bool& defined) {
+    const auto folder = FolderPath(csidl);
+    defined = folder.has_value();
+    return folder.value_or("");
+}
+
+// The drive letter with its colon. kept: defined even where the folder is not to be had.
+std::string Drive(int csidl, bool& defined) {
+    defined = true;
+    return FolderPath(csidl).value_or("").substr(0, 2);
+}
+
+std::string TempFolder(int, bool& defined) {
+    defined = true;
+    char text[kPathCapacity] = "";
+    const DWORD size = ::ExpandEnvironmentStringsA("%temp%", text, sizeof text);
+    // What does not fit is left as it is written: a folder cut short would be another folder.
+    return size > 0 && size <= sizeof text ? text : "%temp%";
+}
+
+std::string UserSid(int, bool& defined) {
+    defined = true;
+    return GetCurrentUserSidString();
+}
+
+constexpr SystemVariable kSystemVariables[] = {
+    {"%Appdata%", Folder, CSIDL_APPDATA},
+    {"%internetcache%", Folder, CSIDL_INTERNET_CACHE},
+    {"%cdburn%", Folder, CSIDL_CDBURN_AREA},
+    {"%commonappdata%", Folder, CSIDL_COMMON_APPDATA},
+    {"%history%", Folder, CSIDL_HISTORY},
+    {"%commonprogramfiles%", Folder, CSIDL_PROGRAM_FILES_COMMON},
+    {"%cookies%", Folder, CSIDL_COOKIES},
+    {"%desktop%", Folder, CSIDL_DESKTOPDIRECTORY},
+    {"%favorites%", Folder, CSIDL_FAVORITES},
+    {"%localappdata%", Folder, CSIDL_LOCAL_APPDATA},
+    {"%mydocuments%", Folder, CSIDL_PERSONAL},
+    {"%programfiles%", Folder, CSIDL_PROGRAM_FILES},
+    {"%recentdocs%", Folder, CSIDL_RECENT},
+    // kept: these two names stand crosswise to the folders that they give.
+    {"%startmenu%", Folder, CSIDL_PROGRAMS},
+    {"%startupprograms%", Folder, CSIDL_STARTMENU},
+    {"%system%", Folder, CSIDL_SYSTEM},
+    {"%systemroot%", Drive, CSIDL_WINDOWS},
+    {"%temp%", TempFolder, 0},
+    {"%user_sid%", UserSid, 0},
+    {"%userprofile%", Folder, CSIDL_PROFILE},
+    {"%windir%", Folder, CSIDL_WINDOWS},
+};
+
+// The attributes of one variable, null where one is missing.
+struct VariableElement {
+    const char* name;
+    const char* type;
+    const char* location;
+    const char* valueName;
+    const char* section;
+};
+
+std::string IniVariable(const VariableElement& element, const std::string& file) {
+    // Larger than what is kept of it, so that nothing that is cut short can pass for a path.
+    char value[2 * kPathCapacity] = "";
+    ::GetPrivateProfileStringA(element.section ? element.section : "", element.valueName, "", value,
+                               sizeof value, file.c_str());
+    return value;
+}
+
+std::string VariableValue(const VariableElement& element, const std::string& expandedLocation) {
+    const std::string_view type = element.type;
+    if (type == "REG") {
+        if (const auto location = ParseRegistryLocation(element.location)) {
+            return RegReadText(location->hive, location->path.data(), element.valueName, "");
+        }
+        ENGINE_TRACE(
+            "Error: registry section invalid while creating location variable.  Valid section names are: "
+            "HKCR, "
+            "HKCU and HKLM.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
+            element.name, element.type, element.location, element.valueName);
+    } else if (type == "INI") {
+        return IniVariable(element, expandedLocation);
+    } else if (type == "SYS") {
+        return element.location;
+    } else {
+        ENGINE_TRACE(
+            "Error: Unknown location variable type.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
+            element.name, element.type, element.location, element.valueName);
+    }
+    return "";
+}
+
+}  // namespace
+
+void CCleaningEngine::CreateSystemLocationVariables() {
+    ENGINE_TRACE("Creating system location variables.");
+    for (const SystemVariable& variable : kSystemVariables) {
+        bool defined = false;
+        const std::string value = variable.value(variable.csidl, defined);
+        if (!defined) continue;
+        m_variables->AddDelimitedText(variable.name, value);
+        ENGINE_TRACE("System location variable '%s' has been created with value '%s'.", variable.name,
+                     value.c_str());
+    }
+}
+
+// kept: a second load appends every path once more.
+void CCleaningEngine::CreateRestrictedPaths() {
+    for (std::string& path : ProtectedPaths()) m_restrictedPaths.push_back(std::move(path));
+}
+
+bool CCleaningEngine::IsRestrictedLocation(const std::string& location) const {
+    return ::IsRestrictedLocation(location, m_restrictedPaths);
+}
+
+bool CCleaningEngine::IsRestrictedPath(const char* path) const {
+    return IsRestrictedUserPath(path, m_restrictedPaths);
+}
+
+bool CCleaningEngine::IsInWindowsFolder(const char* path) const {
+    return IsInFolderText(path, m_windowsFolder);
+}
+
+void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
+    CreateSystemLocationVariables();
+    CreateRestrictedPaths();
+    ENGINE_TRACE("Loading location variables from xml.");
+    const pugi::xml_node section = FindElement(root, "LocationVariables");
+    for (const pugi::xml_node& node : section.children()) {
+        if (std::string_view(node.name()) == "LocationVariable") LoadLocationVariable(node);
+    }
+}
+
+void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
+    const VariableElement element = {AttributeOrNull(node, "Name"), AttributeOrNull(node, "Type"),
+                                     AttributeOrNull(node, "Location"), AttributeOrNull(node, "ValueName"),
+                                     AttributeOrNull(node, "Section")};
+    if (!element.name || !element.type || !element.location || !element.valueName) {
+        ENGINE_TRACE(
+            "Error: location variable format invalid.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
+            element.name, element.type, element.location, element.valueName);
+        return;
+    }
+    std::string value = VariableValue(element, ExpandLocation(element.location));
+    if (value.empty()) {
+        ENGINE_TRACE(
+            "Info: location variable value not loaded.  Name: '%s' Type: '%s' Location: '%s' ValueName: "
+            "'%s'.",
+            element.name, element.type, element.location, element.valueName);
+        return;
+    }
+    // A value of this length fits no path any more, so the cut makes no other path of it.
+    if (value.size() > kPathCapacity) value.resize(kPathCapacity);
+    value = ExpandLocation(std::move(value));
+    const std::string key = element.name[0] == '%' ? element.name : std::string("%") + element.name + "%";
+    m_variables->AddDelimitedText(key, value);
+    ENGINE_TRACE("User-defined Location variable '%s' has been created with value '%s'.", key.c_str(),
+                 value.c_str());
+}

@@ -1,0 +1,210 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+
+#include "engine/cleaning_engine.h"
+#include "engine/folder_search.h"
+#include "engine/item_sink.h"
+#include "engine/recycle_bin.h"
+#include "engine/registry_search.h"
+#include "engine/trace.h"
+
+namespace {
+
+// kept: this variable is never defined, and what the expansion leaves of it is the sign for the recycle bin.
+constexpr char kRecycleBinLocation[] = "%recyclebin%\\";
+
+// A folder item's location taken apart at its last backslash.
+std::uint32_t SearchFolder(const std::string& location, ScanSink& sink) {
+    const std::size_t backslash = location.rfind('\\');
+    if (backslash == std::string::npos || backslash + 1 == location.size()) {
+        return ScanFolder(location, nullptr, sink);
+    }
+    return ScanFolder(location.substr(0, backslash + 1), location.c_str() + backslash + 1, sink);
+}
+
+}  // namespace
+
+std::uint32_t CCleaningEngine::ScanDefinitionCount() const {
+    std::uint32_t count = 0;
+    for (const tagCLEAN_CATEGORY& category : m_categories) {
+        if (!category.enabled) continue;
+        for (const tagCLEAN_APPLICATION& application : category.applications) {
+            if (!application.enabled || !application.present) continue;
+            for (const tagCLEAN_ENTITY& entity : application.entities) {
+                if (!entity.enabled) continue;
+                count += static_cast<std::uint32_t>(std::distance(entity.items.begin(), entity.items.end()));
+            }
+        }
+    }
+    return count;
+}
+
+void CCleaningEngine::ClearResults() {
+    for (const tagCLEAN_CATEGORY& category : m_categories) {
+        for (const tagCLEAN_APPLICATION& application : category.applications) {
+            for (const tagCLEAN_ENTITY& entity : application.entities) {
+                for (tagCLEAN_ITEM& item : entity.items) item.results = {};
+            }
+        }
+    }
+    m_results.Clear();
+}
+
+void CCleaningEngine::Scan() {
+    ENGINE_TRACE("Starting scan.");
+    m_cancel = false;
+    m_itemsFound = 0;
+    m_itemsWhitelisted = 0;
+    const std::lock_guard lock(m_lock);
+    m_scanTotal = ScanDefinitionCount();
+    m_scanProgress = 0;
+    const DWORD start = ::GetTickCount();
+    if (m_scanTotal != 0) {
+        ClearResults();
+        m_scanImages.clear();
+        ScanCategories();
+        PruneEmptyNodes();
+    }
+    ENGINE_TRACE("Finished scan.");
+    Send(WM_ENGINE_SCAN_DONE, ::GetTickCount() - start, m_cancel);
+}
+
+void CCleaningEngine::ScanCategories() {
+    for (tagCLEAN_CATEGORY& category : m_categories) {
+        if (m_cancel) break;
+        category.foundCount = 0;
+        if (!category.enabled) continue;
+        category.cleanedCount = 0;
+        category.selected = true;
+        Gdiplus::Image* image = m_scanImages.emplace_back(LoadImageFromFile(category.imageFile.Path())).get();
+        SendNode({1, category.imageFile.Path(), category.name.c_str(),
+                  category.help ? category.help->c_str() : nullptr, nullptr, image, 1, 0, HandleOf(category)},
+                 true);
+        category.foundCount += ScanApplications(category);
+    }
+}
+
+std::uint32_t CCleaningEngine::ScanApplications(const tagCLEAN_CATEGORY& category) {
+    std::uint32_t found = 0;
+    // kept: only the first one starts at 0, the others go on from what they held.
+    if (category.applications.Head()) category.applications.Head()->foundCount = 0;
+    for (tagCLEAN_APPLICATION& application : category.applications) {
+        if (m_cancel) break;
+        if (!application.enabled || !application.present) continue;
+        application.selected = true;
+        Gdiplus::Image* image =
+            m_scanImages.emplace_back(LoadImageFromFile(application.imageFile.Path())).get();
+        SendNode({2, application.imageFile.Path(), application.name.c_str(), nullptr, nullptr, image, 1, 1,
+                  HandleOf(application)},
+                 true);
+        const std::uint32_t entities = ScanEntities(application);
+        application.foundCount += entities;
+        found += entities;
+    }
+    return found;
+}
+
+std::uint32_t CCleaningEngine::ScanEntities(const tagCLEAN_APPLICATION& application) {
+    std::uint32_t found = 0;
+    for (tagCLEAN_ENTITY& entity : application.entities) {
+        if (m_cancel) break;
+        entity.foundCount = 0;
+        if (!entity.enabled) continue;
+        entity.selected = true;
+        SendNode({3, nullptr, entity.name.c_str(), entity.help ? entity.help->c_str() : nullptr, nullptr,
+                  nullptr, entity.enabled, 0, HandleOf(entity)},
+                 true);
+        entity.foundCount = ScanItems(entity);
+        found += entity.foundCount;
+        Send(WM_ENGINE_SCAN_PROGRESS, 0, m_scanProgress * 100 / m_scanTotal);
+    }
+    return found;
+}
+
+std::uint32_t CCleaningEngine::ScanItems(const tagCLEAN_ENTITY& entity) {
+    std::uint32_t found = 0;
+    ItemSink sink(*this, m_results);
+    for (tagCLEAN_ITEM& item : entity.items) {
+        if (m_cancel) {
+            ENGINE_TRACE("User cancelled current action.");
+            break;
+        }
+        if (item.restricted) {
+            const std::string line = "Skipping Restricted Path: " + item.location.value_or("");
+            ::OutputDebugStringA(line.c_str());
+        } else {
+            sink.SetItem(item, entity.whitelistable);
+            found += ScanItem(item, sink);
+        }
+        ++m_scanProgress;
+        Send(WM_ENGINE_SCAN_PROGRESS, 0, m_scanProgress * 100 / m_scanTotal);
+    }
+    return found;
+}
+
+std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
+    const std::string location = item.location.value_or("");
+    const std::string valueName = item.valueName.value_or("");
+    switch (item.type) {
+        case ItemType::RegValue:
+            return ScanRegValue(item.hive, location, valueName, sink);
+        case ItemType::NativeRegValue:
+            return ScanNativeRegValue(item.hive, location, valueName, sink);
+        case ItemType::RegKey:
+            return ScanRegKey(item.hive, location, sink);
+        case ItemType::File:
+            return ScanFiles(location, sink);
+        case ItemType::Directory:
+            if (::lstrcmpiA(location.c_str(), kRecycleBinLocation) != 0) return SearchFolder(location, sink);
+            sink.SetItem(item, false);  // the bin's entries are never asked of the whitelist
+            return ScanRecycleBin(m_window, sink);
+        case ItemType::IniValue:
+            return ScanIniValue(location, valueName, sink);
+        case ItemType::Unknown:
+            break;
+    }
+    return 0;
+}
+
+void CCleaningEngine::AddResult(tagCLEAN_ITEM& item, ResultStore& store, ResultType type,
+                                const std::shared_ptr<const std::string>& path,
+                                std::optional<std::string> name, bool whitelistable) {
+    tagCLEAN_RESULT& result = store.Add(type, item, path, std::move(name));
+    item.results.push_back(&result);
+    ++m_itemsFound;
+    if (whitelistable && result.name && IsWhitelisted(*result.name)) {
+        result.enabled = false;
+        ++m_itemsWhitelisted;
+    }
+    const std::string filePath = type == ResultType::File ? *path + result.name.value_or("") : "";
+    SendNode(
+        {4, nullptr, result.name ? result.name->c_str() : path->c_str(), nullptr,
+         type == ResultType::File ? filePath.c_str() : nullptr, nullptr, result.enabled, 0, HandleOf(result)},
+        true);
+}
+
+void CCleaningEngine::PruneEmptyNodes() {
+    const std::lock_guard lock(m_lock);
+    const auto prune = [this](auto& record) {
+        record.selected = false;
+        Send(WM_ENGINE_NODE_DONE, reinterpret_cast<WPARAM>(HandleOf(record)), 0);
+    };
+    for (tagCLEAN_CATEGORY& category : m_categories) {
+        bool categoryHolds = false;
+        for (tagCLEAN_APPLICATION& application : category.applications) {
+            bool applicationHolds = false;
+            for (tagCLEAN_ENTITY& entity : application.entities) {
+                const bool entityHolds = std::any_of(entity.items.begin(), entity.items.end(),
+                                                     [](const auto& item) { return !item.results.empty(); });
+                if (!entityHolds) prune(entity);
+                applicationHolds |= entityHolds;
+            }
+            if (!applicationHolds) prune(application);
+            categoryHolds |= applicationHolds;
+        }
+        if (!categoryHolds) prune(category);
+    }
+}

@@ -1,0 +1,153 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <mutex>
+#include <string>
+
+#include "engine/cleaning_engine.h"
+#include "engine/file_overwrite.h"
+#include "engine/folder_removal.h"
+#include "engine/trace.h"
+#include "engine/url_cache.h"
+#include "system/files.h"
+#include "system/handles.h"
+#include "system/redirection_table.h"
+#include "system/system_facts.h"
+
+namespace {
+
+// What the file system stores in another place or form than it is written in.
+constexpr DWORD kSpecialAttributes =
+    FILE_ATTRIBUTE_SPARSE_FILE | FILE_ATTRIBUTE_COMPRESSED | FILE_ATTRIBUTE_ENCRYPTED;
+static_assert(kSpecialAttributes == 0x4A00);
+
+// How long a dry run takes for a file, in milliseconds.
+constexpr DWORD kDryRunPause = 500;
+
+// Switches the thread's file system redirection off for as long as it lives, where the system lets it.
+class RedirectionOff {
+  public:
+    explicit RedirectionOff(bool wanted) : m_changed(wanted && DisableFsRedirection(&m_saved)) {}
+    ~RedirectionOff() {
+        if (m_changed) RevertFsRedirection(&m_saved);
+    }
+    RedirectionOff(const RedirectionOff&) = delete;
+    RedirectionOff& operator=(const RedirectionOff&) = delete;
+
+  private:
+    PVOID m_saved = nullptr;
+    bool m_changed;
+};
+
+// kept: only a bin that reports no items is emptied; one that holds anything is left alone.
+void TidyEmptyRecycleBin() {
+    SHQUERYRBINFO info = {};
+    info.cbSize = sizeof info;
+    if (SUCCEEDED(::SHQueryRecycleBinA(nullptr, &info)) && info.i64NumItems <= 0) {
+        ::SHEmptyRecycleBinA(nullptr, nullptr, SHERB_NOCONFIRMATION | SHERB_NOPROGRESSUI | SHERB_NOSOUND);
+    }
+}
+
+}  // namespace
+
+bool CCleaningEngine::ShredFile(const std::string& path, bool disableRedirection) {
+    const RedirectionOff redirection(disableRedirection);
+    if (!::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL)) {
+        const DWORD error = ::GetLastError();
+        if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
+            ENGINE_TRACE("File was already deleted before shredding: '%s'.", path.c_str());
+            return true;
+        }
+        ENGINE_TRACE("File attributes could not be changed: '%s'.", path.c_str());
+    }
+    const DWORD attributes = ::GetFileAttributesA(path.c_str());
+    ENGINE_TRACE("File attributes are '0x%x'.", static_cast<unsigned>(attributes));
+    if (attributes == INVALID_FILE_ATTRIBUTES) return true;
+    bool ok = false;
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+        ok = RemoveFolderOrLink(path) == ERROR_SUCCESS;
+    } else {
+        ok = OverwriteForShred(path) && !m_cancel && RenameAndDelete(path);
+    }
+    if (!ok && !m_cancel) ScheduleForReboot(path);
+    return ok;
+}
+
+bool CCleaningEngine::OverwriteForShred(const std::string& path) {
+    if (m_passCount == 0) return true;
+    ENGINE_TRACE("Opening file to shred '%s'.", path.c_str());
+    const auto file = OwnHandle<UniqueHandle>(
+        ::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                      FILE_FLAG_WRITE_THROUGH | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!file) return false;
+    const DWORD attributes = ::GetFileAttributesA(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kSpecialAttributes)) {
+        return OverwriteSpecialFile(path);
+    }
+    return OverwriteFile(file.get(), path);
+}
+
+// kept: a special file is not overwritten, only renamed and deleted.
+bool CCleaningEngine::OverwriteSpecialFile(const std::string& path) const {
+    ENGINE_TRACE("Attempting to write over special file '%s'.", path.c_str());
+    return true;
+}
+
+bool CCleaningEngine::OverwriteFile(HANDLE file, const std::string& path) {
+    return ::OverwriteFile(file, path, m_passCount, [this] { return m_cancel.load(); });
+}
+
+bool CCleaningEngine::RenameAndDelete(const std::string& path) const {
+    ENGINE_TRACE("Deleting '%s'.", path.c_str());
+    char newPath[kPathCapacity];
+    if (!RenameRandom(path.c_str(), newPath, sizeof newPath)) return false;
+    // Some platforms answer success while the file stays: only a look tells.
+    if (::DeleteFileA(newPath) && IsGone(newPath)) {
+        ENGINE_TRACE("File has been successfully deleted.");
+        return true;
+    }
+    ::MoveFileA(newPath, path.c_str());
+    return false;
+}
+
+void CCleaningEngine::ShredList() {
+    m_cancel = false;
+    m_cleaned = 0;
+    m_failed = 0;
+    ENGINE_TRACE("Starting shredding files.");
+    const std::lock_guard lock(m_lock);
+    const std::size_t count = m_shredFiles.size();
+    const DWORD start = ::GetTickCount();
+    Send(WM_ENGINE_SHRED_STARTED, 0, 0);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string& path = m_shredFiles[i];
+        ENGINE_TRACE("Shredding '%s'.", path.c_str());
+        const bool done = !m_cancel && ShredListed(path);
+        Send(WM_ENGINE_SHRED_PROGRESS, done ? reinterpret_cast<WPARAM>(path.c_str()) : 0,
+             static_cast<LPARAM>((i + 1) * 100 / count));
+        if (m_cancel) {
+            ENGINE_TRACE("User cancelled current action.");
+            break;
+        }
+    }
+    m_shredFiles.clear();
+    if (count != 0) {
+        ENGINE_TRACE("Finished shredding files.");
+    } else {
+        ENGINE_TRACE("No files to shred.");
+    }
+    TidyEmptyRecycleBin();
+    CleanUrlCache();
+    Send(WM_ENGINE_SHRED_DONE, ::GetTickCount() - start, 0);
+}
+
+bool CCleaningEngine::ShredListed(const std::string& path) {
+    if (m_scanOnly) {
+        ::Sleep(kDryRunPause);
+        return true;  // kept: without a change to the counter
+    }
+    const bool done = ShredFile(path, IsRegTableInForce());
+    ++(done ? m_cleaned : m_failed);
+    return done;
+}
