@@ -1,0 +1,158 @@
+#include "system/files.h"
+
+#include <cstring>
+#include <exception>
+
+#include "system/entry_point.h"
+#include "system/handles.h"
+
+namespace {
+
+std::string WithoutTrailingBackslash(const char* path) {
+    std::string text = path;
+    if (text.ends_with('\\')) text.pop_back();
+    return text;
+}
+
+// What the system lists at exactly this path, which must not end in a backslash.
+std::optional<WIN32_FIND_DATAA> FindEntry(const std::string& path) {
+    if (path.find_first_of("*?") != std::string::npos) return std::nullopt;
+    WIN32_FIND_DATAA entry = {};
+    const UniqueFind search = OwnHandle<UniqueFind>(::FindFirstFileA(path.c_str(), &entry));
+    if (search == nullptr) return std::nullopt;
+    return entry;
+}
+
+UniqueHandle OpenEntry(const std::string& path, DWORD access, DWORD flags) {
+    return OwnHandle<UniqueHandle>(
+        ::CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
+}
+
+// Where an open handle really is; empty if the system cannot tell.
+std::string FinalPath(HANDLE handle) {
+    using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
+    const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
+    if (getFinalPath == nullptr) return {};
+    std::string path(getFinalPath(handle, nullptr, 0, 0), '\0');
+    const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
+    if (length >= path.size()) return {};
+    path.resize(length);
+    return path;
+}
+
+// True if `handle` is the entry `name` of `folder` itself. Some platforms open what a link leads to even when
+// they are asked for the link.
+bool IsEntryItself(HANDLE handle, const std::string& folder, const char* name) {
+    BY_HANDLE_FILE_INFORMATION information = {};
+    if (!::GetFileInformationByHandle(handle, &information)) return false;
+    if ((information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return false;
+    const UniqueHandle parent = OpenEntry(folder, FILE_READ_ATTRIBUTES, 0);
+    if (parent == nullptr) return false;
+    std::string expected = FinalPath(parent.get());
+    if (expected.empty()) return false;
+    if (!expected.ends_with('\\')) expected += '\\';
+    return expected + name == FinalPath(handle);
+}
+
+bool WriteWholeFile(const std::string& path, const void* data, std::uint32_t size) {
+    const UniqueHandle file = OwnHandle<UniqueHandle>(
+        ::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file == nullptr) return false;
+    const BYTE* next = static_cast<const BYTE*>(data);
+    // A write that meets the end of the disk may succeed with a part.
+    while (size != 0) {
+        DWORD written = 0;
+        if (!::WriteFile(file.get(), next, size, &written, nullptr) || written == 0) return false;
+        next += written;
+        size -= written;
+    }
+    return ::FlushFileBuffers(file.get()) != FALSE;
+}
+
+}  // namespace
+
+std::optional<std::string> JoinPath(std::string_view folder, std::string_view name) {
+    if (folder.size() + name.size() >= kPathCapacity) return std::nullopt;
+    std::string path;
+    path.reserve(folder.size() + name.size());
+    return path.append(folder).append(name);
+}
+
+bool IsLink(DWORD attributes, DWORD tag) {
+    constexpr DWORD kCloudTag = 0x9000001A;      // IO_REPARSE_TAG_CLOUD
+    constexpr DWORD kCloudTagMask = 0xFFFF0FFF;  // all but the digit that tells its sixteen forms apart
+    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && (tag & kCloudTagMask) != kCloudTag;
+}
+
+bool IsLink(const char* path) {
+    const auto entry = FindEntry(WithoutTrailingBackslash(path));
+    return entry && IsLink(entry->dwFileAttributes, entry->dwReserved0);
+}
+
+std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder) {
+    const std::string_view name(entry.cFileName, ::strnlen(entry.cFileName, sizeof entry.cFileName));
+    if (name.empty() || name.size() == sizeof entry.cFileName) return std::nullopt;
+    // No real name has one: it stands for a character that the code page lacks.
+    if (name.find('?') != std::string_view::npos) return std::nullopt;
+    const auto path = JoinPath(folder, name);
+    if (!path) return std::nullopt;
+    // U+FFFD is the same in UTF-8, but a name may really hold it.
+    if (name.find("\xEF\xBF\xBD") != std::string_view::npos && IsGone(path->c_str())) return std::nullopt;
+    return name;
+}
+
+bool IsGone(const char* path) {
+    return ::GetFileAttributesA(path) == INVALID_FILE_ATTRIBUTES;
+}
+
+bool RemoveFolderLink(const char* path) {
+    const std::string link = WithoutTrailingBackslash(path);
+    const auto entry = FindEntry(link);
+    if (!entry || !IsLink(entry->dwFileAttributes, entry->dwReserved0)) return false;
+    if ((entry->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) return false;
+
+    using SetInformation = BOOL(WINAPI*)(HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID, DWORD);
+    const auto setInformation = FindEntryPoint<SetInformation>("kernel32", "SetFileInformationByHandle");
+    if (setInformation == nullptr) return false;
+    UniqueHandle handle = OpenEntry(link, DELETE | FILE_READ_ATTRIBUTES, FILE_FLAG_OPEN_REPARSE_POINT);
+    const std::string folder = link.substr(0, link.rfind('\\') + 1);
+    if (handle == nullptr || !IsEntryItself(handle.get(), folder, entry->cFileName)) return false;
+
+    FILE_DISPOSITION_INFO disposition = {TRUE};
+    if (!setInformation(handle.get(), FileDispositionInfo, &disposition, sizeof disposition)) return false;
+    handle.reset();  // only now it goes
+    return IsGone(link.c_str());
+}
+
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path) {
+    const UniqueHandle file = OwnHandle<UniqueHandle>(::CreateFileA(
+        path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (file == nullptr) return std::nullopt;
+    LARGE_INTEGER size = {};
+    if (!::GetFileSizeEx(file.get(), &size) || size.u.HighPart != 0) return std::nullopt;
+
+    std::vector<std::uint8_t> content;
+    try {
+        content.resize(size.u.LowPart);
+    } catch (const std::exception&) {  // the size comes from a file, and may be more than there is memory
+        return std::nullopt;
+    }
+    DWORD read = 0;
+    if (!::ReadFile(file.get(), content.data(), size.u.LowPart, &read, nullptr)) return std::nullopt;
+    if (read != size.u.LowPart) return std::nullopt;
+    return content;
+}
+
+bool ReplaceFileContent(const char* path, const void* data, std::uint32_t size) {
+    const auto sibling = JoinPath(path, ".new");
+    if (!sibling) return false;
+    // One that an interrupted run left behind is not written over but made anew, whatever it may be.
+    ::DeleteFileA(sibling->c_str());
+    if (WriteWholeFile(*sibling, data, size) &&
+        ::MoveFileExA(sibling->c_str(), path, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return true;
+    }
+    ::DeleteFileA(sibling->c_str());
+    return false;
+}
