@@ -86,6 +86,8 @@ bool IsLink(DWORD attributes, DWORD tag) {
 }
 
 bool IsLink(const char* path) {
+    const DWORD attributes = ::GetFileAttributesA(path);
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return false;
     const auto entry = FindEntry(WithoutTrailingBackslash(path));
     return entry && IsLink(entry->dwFileAttributes, entry->dwReserved0);
 }
@@ -128,9 +130,12 @@ bool RemoveFolderLink(const char* path) {
 std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path) {
     const UniqueHandle file = OwnHandle<UniqueHandle>(::CreateFileA(
         path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (file == nullptr) return std::nullopt;
+    return file == nullptr ? std::nullopt : ReadWholeFile(file.get());
+}
+
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file) {
     LARGE_INTEGER size = {};
-    if (!::GetFileSizeEx(file.get(), &size) || size.u.HighPart != 0) return std::nullopt;
+    if (!::GetFileSizeEx(file, &size) || size.u.HighPart != 0) return std::nullopt;
 
     std::vector<std::uint8_t> content;
     try {
@@ -139,7 +144,7 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path) {
         return std::nullopt;
     }
     DWORD read = 0;
-    if (!::ReadFile(file.get(), content.data(), size.u.LowPart, &read, nullptr)) return std::nullopt;
+    if (!::ReadFile(file, content.data(), size.u.LowPart, &read, nullptr)) return std::nullopt;
     if (read != size.u.LowPart) return std::nullopt;
     return content;
 }

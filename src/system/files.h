@@ -35,6 +35,9 @@ bool IsGone(const char* path);
 // system does not let the link itself be opened.
 bool RemoveFolderLink(const char* path);
 
+// The whole of an open file from its start; nothing if it does not fit 32 bits or is not read to its end.
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file);
+
 // The whole file, opened with FILE_SHARE_READ; nothing if it cannot be opened, does not fit 32 bits or is not
 // read to its end.
 std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path);
