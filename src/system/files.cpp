@@ -29,19 +29,6 @@ UniqueHandle OpenEntry(const std::string& path, DWORD access, DWORD flags) {
                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
 }
 
-// Where an open handle really is; empty if the system cannot tell.
-std::string FinalPath(HANDLE handle) {
-    using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
-    const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
-    if (getFinalPath == nullptr) return {};
-    // One more, for the systems that leave the terminator out of the size.
-    std::string path(getFinalPath(handle, nullptr, 0, 0) + 1, '\0');
-    const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
-    if (length >= path.size()) return {};
-    path.resize(length);
-    return path;
-}
-
 // True if `handle` is the entry `name` of `folder` itself. Some platforms open what a link leads to even when
 // they are asked for the link.
 bool IsEntryItself(HANDLE handle, const std::string& folder, const char* name) {
@@ -105,6 +92,18 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
     // U+FFFD is the same in UTF-8, but a name may really hold it.
     if (name.find("\xEF\xBF\xBD") != std::string_view::npos && IsGone(path->c_str())) return std::nullopt;
     return name;
+}
+
+std::string FinalPath(HANDLE handle) {
+    using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
+    const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
+    if (getFinalPath == nullptr) return {};
+    // One more, for the systems that leave the terminator out of the size.
+    std::string path(getFinalPath(handle, nullptr, 0, 0) + 1, '\0');
+    const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
+    if (length >= path.size()) return {};
+    path.resize(length);
+    return path;
 }
 
 bool IsGone(const char* path) {
