@@ -13,7 +13,8 @@ if(WIN32)
   # The version macros name what the calls need, not what the program is told: Windows 7.
   target_compile_definitions(velvane_options INTERFACE
     NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 WINVER=0x0601 _FORTIFY_SOURCE=2)
-  target_link_options(velvane_options INTERFACE -Wl,--dynamicbase,--nxcompat -s)
+  target_link_options(velvane_options INTERFACE
+    -fstack-protector-strong -Wl,--dynamicbase,--nxcompat -s)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
     target_link_options(velvane_options INTERFACE -Wl,--high-entropy-va)
   endif()

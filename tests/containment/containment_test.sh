@@ -15,6 +15,7 @@ unset VELVANE_OUT
 yard=$(mktemp -d /tmp/velvane-yard.XXXXXX)
 child=
 cleanup() {
+    [[ $BASHPID == $$ ]] || return 0 # a signal may meet a child before it is itself
     if [[ -n $child ]]; then kill "$child" 2>/dev/null || true; fi
     "$wrapper" --remove "$VELVANE_PREFIX" || true
     rm -rf -- "$yard"
@@ -61,6 +62,14 @@ make_file() {
 intact() { [[ -f $1 && ! -L $1 && $(<"$1") == alive && $(stat -c %a -- "$1") == 644 ]]; }
 harmed() { ! intact "$1"; }
 strike() { "$wrapper" "$probe" "$@" >"$yard/log" 2>&1 || true; }
+# Starts the probe as `child` and returns once it runs.
+start() {
+    local tries=0
+    : >"$yard/log" # emptied here: what is left in it would be taken for a probe that runs
+    "$wrapper" "$probe" "$@" >"$yard/log" 2>&1 &
+    child=$!
+    until grep -q ^probe "$yard/log" || ((++tries > 2000)); do sleep 0.01; done
+}
 
 # windows_path SPELLING FILE
 windows_path() { printf '%s%s' "$1" "${2//\//\\}"; }
@@ -88,10 +97,7 @@ test_spellings() {
 # planted behind its back, under a program that already runs.
 strike_link() {
     rm -f -- "$prefix/drive_c/link"
-    "$wrapper" "$probe" await "$1" "C:\\link$3" >"$yard/log" 2>&1 &
-    child=$!
-    local tries=0
-    until grep -q probe "$yard/log" || ((++tries > 2000)); do sleep 0.01; done
+    start await "$1" "C:\\link$3"
     ln -s -- "$2" "$prefix/drive_c/link"
     wait "$child" || true
     child=
@@ -216,9 +222,7 @@ test_handing_through() {
     check "arguments arrive as they are" \
         cmp -s -- <(tr -d '\r' <"$yard/log") <(printf '%s\n' 'probe echo' '[a b]' '[]' '[say "x"]' '[\\?\C:\]' '[*]')
 
-    "$wrapper" "$probe" await delete 'C:\never' >"$yard/log" 2>&1 &
-    child=$!
-    until grep -q probe "$yard/log"; do sleep 0.01; done
+    start await delete 'C:\never'
     kill -TERM "$child"
     status=0
     wait "$child" || status=$?
