@@ -129,7 +129,9 @@ struct ArchiveReader::Callbacks {
         return 0;
     }
 
-    static int Error(voidpf, voidpf) { return 0; }
+    // Asked only after a read that fell short. Without an error here the library would take the missing bytes
+    // of a truncated archive for zeros.
+    static int Error(voidpf, voidpf) { return 1; }
 };
 
 ArchiveReader::ArchiveReader(const std::uint8_t* bytes, std::size_t length) : source{bytes, length, 0} {
