@@ -30,11 +30,13 @@ class Counted : public Interface {
     ULONG m_references = 1;
 };
 
+constexpr std::size_t kTextSize = 300;
+
 // An entry's identifier: the usual size in front, the entry's number, the text of its path, and the end mark.
 struct Id {
     USHORT size;
     USHORT number;
-    char text[300];
+    char text[kTextSize];
     USHORT end;
 };
 
@@ -44,10 +46,8 @@ class Listing : public Counted<IEnumIDList> {
 
     HRESULT STDMETHODCALLTYPE Next(ULONG, ITEMIDLIST** list, ULONG*) override {
         if (m_next == m_entries.size()) return S_FALSE;
-        auto* id = static_cast<Id*>(::CoTaskMemAlloc(sizeof(Id)));
-        *id = {offsetof(Id, end), m_next, "", 0};
-        std::strncpy(id->text, m_entries[m_next++].path.c_str(), sizeof id->text - 1);
-        *list = reinterpret_cast<ITEMIDLIST*>(id);
+        *list = MakeStandInId(m_next);
+        std::strncpy(reinterpret_cast<Id*>(*list)->text, m_entries[m_next++].path.c_str(), kTextSize - 1);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
@@ -56,7 +56,7 @@ class Listing : public Counted<IEnumIDList> {
 
   private:
     const std::vector<DeletedEntry>& m_entries;
-    USHORT m_next = 0;
+    std::size_t m_next = 0;
 };
 
 class StandInFolder : public Counted<IShellFolder2> {
@@ -143,6 +143,12 @@ class StandInFolder : public Counted<IShellFolder2> {
 
 IShellFolder2* MakeStandInFolder(const std::vector<DeletedEntry>& entries) {
     return new StandInFolder(entries);
+}
+
+ITEMIDLIST* MakeStandInId(std::size_t number) {
+    auto* const id = static_cast<Id*>(::CoTaskMemAlloc(sizeof(Id)));
+    *id = {offsetof(Id, end), static_cast<USHORT>(number), "", 0};
+    return reinterpret_cast<ITEMIDLIST*>(id);
 }
 
 int LiveStandIns() {

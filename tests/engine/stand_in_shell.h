@@ -4,6 +4,7 @@
 
 #include <shlobj.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,9 @@ struct DeletedEntry {
 
 // A shell folder with these entries, which must outlive it. The caller releases it.
 IShellFolder2* MakeStandInFolder(const std::vector<DeletedEntry>& entries);
+
+// The identifier of the n-th entry of a folder, of the shell's allocator.
+ITEMIDLIST* MakeStandInId(std::size_t number);
 
 // What is alive of these folders and their listings.
 int LiveStandIns();
