@@ -126,10 +126,7 @@ void CCleaningEngine::ShredList() {
         const bool done = !m_cancel && ShredListed(path);
         Send(WM_ENGINE_SHRED_PROGRESS, done ? reinterpret_cast<WPARAM>(path.c_str()) : 0,
              static_cast<LPARAM>((i + 1) * 100 / count));
-        if (m_cancel) {
-            ENGINE_TRACE("User cancelled current action.");
-            break;
-        }
+        if (Stopped()) break;
     }
     m_shredFiles.clear();
     if (count != 0) {
