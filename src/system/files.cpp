@@ -74,9 +74,11 @@ bool IsLink(DWORD attributes, DWORD tag) {
 }
 
 bool IsLink(const char* path) {
-    const DWORD attributes = ::GetFileAttributesA(path);
+    // With a backslash at its end the path may mean what the link leads to.
+    const std::string link = WithoutTrailingBackslash(path);
+    const DWORD attributes = ::GetFileAttributesA(link.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return false;
-    const auto entry = FindEntry(WithoutTrailingBackslash(path));
+    const auto entry = FindEntry(link);
     return entry && IsLink(entry->dwFileAttributes, entry->dwReserved0);
 }
 
@@ -96,7 +98,8 @@ std::string FinalPath(HANDLE handle) {
     using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
     const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
     if (getFinalPath == nullptr) return {};
-    std::string path(getFinalPath(handle, nullptr, 0, 0), '\0');
+    // One more, for the systems that leave the terminator out of the size.
+    std::string path(getFinalPath(handle, nullptr, 0, 0) + 1, '\0');
     const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
     if (length >= path.size()) return {};
     path.resize(length);
