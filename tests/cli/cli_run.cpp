@@ -60,18 +60,12 @@ CliProcess::CliProcess(const TestFolder& folder, const std::vector<std::string>&
     startup.hStdOutput = out.get();
     startup.hStdError = err.get();
     PROCESS_INFORMATION process = {};
-    const DWORD flags = onConsole ? CREATE_NEW_PROCESS_GROUP : 0;
-    if (!::CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, flags, nullptr, nullptr, &startup,
+    if (!::CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                           &process)) {
         throw std::runtime_error("velvane-cli.exe cannot be started");
     }
     ::CloseHandle(process.hThread);
     m_process.reset(process.hProcess);
-    m_id = process.dwProcessId;
-}
-
-bool CliProcess::IsRunning() const {
-    return ::WaitForSingleObject(m_process.get(), 0) == WAIT_TIMEOUT;
 }
 
 CliResult CliProcess::Wait() {

@@ -23,12 +23,9 @@ struct CliResult {
 // A start that may go on while the test looks at it or acts on it.
 class CliProcess {
   public:
-    // Standard input is an empty file and the outputs are files, all in `folder`; with `onConsole` they are
-    // the console of the test program, whose outputs nobody reads.
+    // Input is empty, or with `onConsole` the console of the test program; the outputs are files in `folder`.
     CliProcess(const TestFolder& folder, const std::vector<std::string>& arguments, bool onConsole = false);
 
-    bool IsRunning() const;
-    DWORD Id() const { return m_id; }
     // Waits for the end. A start that hangs is ended, and that fails the test.
     CliResult Wait();
 
@@ -36,7 +33,6 @@ class CliProcess {
     std::string m_outFile;
     std::string m_errFile;
     UniqueHandle m_process;
-    DWORD m_id = 0;
 };
 
 // Definitions, a folder and a key of the test's own, and the program started on them.
