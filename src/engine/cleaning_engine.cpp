@@ -115,6 +115,12 @@ void CCleaningEngine::ShredWorker() {
     m_window = nullptr;
 }
 
+bool CCleaningEngine::Stopped() const {
+    if (!m_cancel) return false;
+    ENGINE_TRACE("User cancelled current action.");
+    return true;
+}
+
 void CCleaningEngine::ListDefinitions() {
     m_cancel = false;
     const std::lock_guard lock(m_lock);
