@@ -20,7 +20,7 @@ if(WIN32)
   endif()
 else()
   set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_compile_options(velvane_options INTERFACE ${sanitize})
+  target_compile_options(velvane_options INTERFACE ${sanitize} -fsanitize=fuzzer-no-link)
   target_link_options(velvane_options INTERFACE ${sanitize})
 endif()
 
@@ -47,4 +47,18 @@ function(velvane_test name)
   velvane_program(${name} ${ARGN})
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "VELVANE_PREFIX=${name}" TIMEOUT 600)
+endfunction()
+
+# A fuzz target, run by ctest for half a minute from the seeds in corpus/<name>. What it learns stays in the build
+# folder for the next run, and so does an input that brings it down.
+function(velvane_fuzzer name)
+  cmake_parse_arguments(PARSE_ARGV 1 fuzz "" "MAX_LEN;DICT" "")
+  velvane_program(${name} ${fuzz_UNPARSED_ARGUMENTS})
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  set(learned ${CMAKE_CURRENT_BINARY_DIR}/${name})
+  file(MAKE_DIRECTORY ${learned})
+  add_test(NAME ${name} COMMAND ${name} -max_total_time=30 -seed=1 -max_len=${fuzz_MAX_LEN} -rss_limit_mb=512
+    -timeout=10 -print_final_stats=1 -artifact_prefix=${learned}- ${fuzz_DICT}
+    ${learned} ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS fuzz)
 endfunction()

@@ -3,6 +3,7 @@
 #include <sddl.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -125,7 +126,13 @@ std::string ProgramFolder() {
 }
 
 std::string LowerText(std::string text) {
-    if (text.empty()) return text;
+    // ASCII is the same in every code page, and by far the most of what is asked.
+    if (std::ranges::all_of(text, [](unsigned char c) { return c < 0x80; })) {
+        for (char& c : text) {
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        }
+        return text;
+    }
     // Not CharLowerA, which works in place: a letter may take more bytes in one case than in the other.
     const int length = static_cast<int>(text.size());
     std::wstring wide(text.size(), L'\0');

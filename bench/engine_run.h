@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "answering_window.h"
+#include "engine/cleaning_engine.h"
+
+// Where the fixtures are and the program's own files go.
+inline constexpr char kBenchFolder[] = "C:\\velvane-bench\\";
+
+// Writes definitions as the engine reads them to the program's folder. Returns the path.
+std::string WriteDefinitionsFile(std::string_view xml);
+
+// Definitions of one item; `item` is its element.
+std::string OneItemDefinitions(std::string_view item);
+
+// An engine that has loaded these definitions and knows no preferences. The window's thread owns it.
+class LoadedEngine {
+  public:
+    LoadedEngine(AnsweringWindow& window, std::string_view xml);
+
+    CCleaningEngine& Engine() { return m_engine; }
+
+    // Run to their end; the seconds from the start to the last message.
+    double Scan();
+    double Clean(int passes);
+
+    // The same on this thread, and with nobody to tell: what is the engine's own.
+    double ScanUntold();
+    double CleanUntold(int passes);
+
+  private:
+    void WaitUntilIdle() const;
+
+    AnsweringWindow& m_window;
+    CCleaningEngine m_engine;
+};

@@ -1,0 +1,116 @@
+#include "base/delimiting_text_state_machine.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Machine = DelimitingTextStateMachine;
+
+std::string Replaced(Machine& machine, std::string text) {
+    machine.ReplaceDelimitedText(text);
+    return text;
+}
+
+struct ReplaceCase {
+    const char* what;
+    const char* text;
+    const char* replaced;
+};
+
+// With %Windir%, %win32%, %sid% (empty), %self% and %%.
+const ReplaceCase kReplaceCases[] = {
+    {"in any case", "%WINDIR%\\x %windir%%WinDir%", "C:\\Windows\\x C:\\WindowsC:\\Windows"},
+    {"names with a common beginning", "%win32% %windir%", "32 C:\\Windows"},
+    {"an empty value", "HKU\\%sid%\\x", "HKU\\\\x"},
+    {"no variable inside a value", "%self%", "%windir%"},
+    {"an unknown name stays", "%recyclebin%\\", "%recyclebin%\\"},
+    {"a match that dies leaves the next delimiter free", "%nothing%windir%", "%nothingC:\\Windows"},
+    {"even when it dies late", "%windirs%windir%", "%windirsC:\\Windows"},
+    {"a delimiter inside a known name is lost", "%win%windir%", "%win%windir%"},
+    {"and the name behind it is whole again", "%win%%windir%", "%win%C:\\Windows"},
+    {"a name of nothing", "%%windir%", "percentwindir%"},
+    {"percentages", "50% of 100%", "50% of 100%"},
+    {"the text ends inside a name", "%windir", "%windir"},
+    {"and that match is dropped", "%", "%"},
+    {"bytes beyond ASCII", "%wind\xEFr%windir%", "%wind\xEFrC:\\Windows"},
+    {"nothing", "", ""},
+};
+
+TEST(DelimitingTextStateMachine, ReplacesKnownVariablesInOnePass) {
+    Machine machine('%');
+    machine.AddDelimitedText("%Windir%", "C:\\Windows");
+    machine.AddDelimitedText("%win32%", "32");
+    machine.AddDelimitedText("%sid%", "");
+    machine.AddDelimitedText("%self%", "%windir%");
+    machine.AddDelimitedText("%%", "percent");
+    for (const ReplaceCase& row : kReplaceCases)
+        EXPECT_EQ(Replaced(machine, row.text), row.replaced) << row.what;
+}
+
+TEST(DelimitingTextStateMachine, KeysAreTakenOnceAndForAll) {
+    Machine machine('%');
+    EXPECT_TRUE(machine.AddDelimitedText("%temp%", "first"));
+    EXPECT_FALSE(machine.AddDelimitedText("%TEMP%", "second")) << "the name is known";
+    EXPECT_TRUE(machine.AddDelimitedText("%tempo%", "music")) << "it is more than a known name";
+    EXPECT_FALSE(machine.AddDelimitedText("%te", "half")) << "it is the beginning of a known name";
+    EXPECT_TRUE(machine.AddDelimitedText("%open", "never")) << "accepted, though without a way to end";
+    EXPECT_FALSE(machine.AddDelimitedText("%", "nothing")) << "a delimiter alone has no name";
+    EXPECT_EQ(machine.VariableCount(), 6u);
+    EXPECT_FALSE(machine.AddDelimitedText("temp%", "x"));
+    EXPECT_FALSE(machine.AddDelimitedText("", "x"));
+    EXPECT_EQ(machine.VariableCount(), 6u) << "a key that does not open with the delimiter changes nothing";
+    EXPECT_EQ(Replaced(machine, "%temp% %tempo% %te% %open %%"), "first music %te% %open %%");
+    EXPECT_TRUE(machine.AddDelimitedText("%open%", "at last"));
+    EXPECT_EQ(Replaced(machine, "%open%"), "at last");
+}
+
+TEST(DelimitingTextStateMachine, ANameBeyondAsciiNeverMatches) {
+    Machine machine('%');
+    machine.AddDelimitedText("%caf\xC3\xA9%", "x");
+    machine.AddDelimitedText("%\xFF%", "x");
+    EXPECT_EQ(Replaced(machine, "%caf\xC3\xA9% %\xFF% %caf% %%"), "%caf\xC3\xA9% %\xFF% %caf% %%");
+}
+
+TEST(DelimitingTextStateMachine, TheSecondByteOfADoubleByteCharacterIsNoDelimiter) {
+    Machine machine('%', [](unsigned char c) { return c == 0x81; });
+    machine.AddDelimitedText("%windir%", "W");
+    EXPECT_EQ(Replaced(machine, "\x81%windir%"), "\x81%windir%");
+    EXPECT_EQ(Replaced(machine, "\x81%%windir%\x81"), "\x81%W\x81");
+    // kept: the match survives the character, and its value takes the place of what follows it.
+    EXPECT_EQ(Replaced(machine, "%win\x81%dir%!"), "%win\x81%W!");
+}
+
+TEST(DelimitingTextStateMachine, LongKeysAndTextsAreSafe) {
+    constexpr std::size_t kMegabyte = 1 << 20;
+    const std::string key = '%' + std::string(kMegabyte, 'k') + '%';
+    Machine machine('%');
+    EXPECT_TRUE(machine.AddDelimitedText(key, "short"));
+    EXPECT_EQ(Replaced(machine, "<" + key + key + ">"), "<shortshort>");
+    std::string many;
+    std::string longer;
+    EXPECT_TRUE(machine.AddDelimitedText("%x%", "5 bytes"));
+    for (int i = 0; i < 5000; ++i) {
+        many += "%x%";
+        longer += "5 bytes";
+    }
+    EXPECT_EQ(Replaced(machine, many), longer) << "the output outgrows the input many times";
+    EXPECT_EQ(Replaced(machine, "%x%"), "5 bytes") << "and nothing is left of it in the next one";
+}
+
+TEST(DelimitingTextStateMachine, ValuesBuiltFromValuesDoNotFillTheMemory) {
+    Machine machine('%');
+    machine.AddDelimitedText("%0%", std::string(1000, 'x'));
+    for (char round = '0'; round < '9'; ++round) {
+        std::string value;
+        for (int i = 0; i < 50; ++i) value += {'%', round, '%'};
+        machine.ReplaceDelimitedText(value);
+        EXPECT_LE(value.size(), 150 + Machine::kMaxGrowth);
+        const char next = static_cast<char>(round + 1);
+        machine.AddDelimitedText(std::string{'%', next, '%'}, value);
+    }
+    EXPECT_EQ(Replaced(machine, "%0%").size(), 1000u);
+    EXPECT_EQ(Replaced(machine, "%1%").size(), 50000u);
+    EXPECT_EQ(Replaced(machine, "%2%").substr(50000 * 20, 3), "%1%") << "what no longer fits stays written";
+}
+
+}  // namespace
