@@ -87,6 +87,7 @@ std::uintptr_t CCleaningEngine::StartShred(HWND window, int passes) {
 // with it.
 void CCleaningEngine::LoadWorker() {
     const HWND window = m_window;
+    m_cancel = false;
     CompleteAfterReboot();
     const bool loaded = LoadDefinitions();
     m_window = nullptr;

@@ -165,6 +165,21 @@ TEST(FileOverwrite, OnlyTheLastPassDecides) {
     }
 }
 
+// The count of a run may be changed from outside, between two files or, as here, within one.
+TEST(FileOverwrite, ACountThatBecomesNoneHasNoPasses) {
+    const TestFolder folder;
+    const std::string file = folder.MakeFile("a.txt");
+    CCleaningEngine engine;
+    engine.SetShredPasses(3);
+    WriteRecorder recorder;
+    auto opens = API_HOOK(CreateFileA);
+    opens.Before(1, [&] { engine.SetShredPasses(0); });
+    recorder.writes.Before(100, [&] { engine.CancelAction(); });  // it would never end
+    EXPECT_TRUE(engine.ShredFile(file, false));
+    EXPECT_EQ(recorder.passes.size(), 0u);
+    EXPECT_FALSE(Exists(file));
+}
+
 // What the volume or the file does not tell leaves the content as it is.
 TEST(FileOverwrite, WritesNothingWithoutASizeOrAClusterSize) {
     const TestFolder folder;
