@@ -172,6 +172,10 @@ TEST(LinkRemoval, SaysFalseWhenTheLinkIsStillThere) {
     const std::string inside = folder.MakeFile("link\\inside.txt");
     const LinkHook hook(link);
     EXPECT_FALSE(RemoveFolderLink(link.c_str()));
+    auto setInformation = LATE_BOUND_HOOK(SetFileInformationByHandle);
+    setInformation.Replace([](HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID, DWORD) { return TRUE; });
+    EXPECT_FALSE(RemoveFolderLink(link.c_str())) << "the success was none";
+    EXPECT_EQ(setInformation.Calls(), 1);
     EXPECT_TRUE(Exists(inside));
 }
 
@@ -231,6 +235,13 @@ TEST(ReplacedFiles, SurviveAFullDisk) {
     write.FailAt(2, ERROR_DISK_FULL);
     EXPECT_FALSE(Replace(path, "something else"));
     EXPECT_EQ(write.Calls(), 2);
+    write.ReplaceAt(3, [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
+        *written = 0;
+        return TRUE;
+    });
+    write.FailAt(4, ERROR_DISK_FULL);
+    EXPECT_FALSE(Replace(path, "something else"));
+    EXPECT_EQ(write.Calls(), 3) << "a write of nothing is not tried again";
     EXPECT_EQ(FileContent(path), "as it was");
     EXPECT_EQ(NamesIn(folder.Path()), std::vector<std::string>{"file.db"});
 }
