@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/api_hook.h"
+#include "support/folder_link.h"
 #include "support/sandbox.h"
 #include "system/handles.h"
 
@@ -164,6 +165,23 @@ TEST(LinkRemoval, TouchesNothingWhereItIsNotSureOfTheLink) {
         EXPECT_FALSE(RemoveFolderLink(link.c_str())) << "a system without " << name;
     }
     EXPECT_EQ(NamesIn(folder.Path()), (std::vector<std::string>{"file", "link", "target"}));
+}
+
+TEST(LinkRemoval, NeverTouchesWhatARealLinkLeadsTo) {
+    const TestFolder folder;
+    const std::string empty = folder.MakeFolder("empty");  // which a careless removal would succeed with
+    const std::string full = folder.MakeFolder("full");
+    folder.MakeFile("full\\kept.txt");
+    const FolderLink toEmpty(folder.At("to empty"), empty);
+    const FolderLink toFull(folder.At("to full"), full);
+    for (const char* name : {"to empty", "to full"}) {
+        const std::string link = folder.At(name);
+        EXPECT_TRUE(IsLink(link.c_str())) << name;
+        EXPECT_TRUE(IsLink((link + "\\").c_str())) << name;
+        EXPECT_EQ(RemoveFolderLink(link.c_str()), !Exists(link)) << name;
+    }
+    EXPECT_TRUE(Exists(empty));
+    EXPECT_TRUE(Exists(folder.At("full\\kept.txt")));
 }
 
 TEST(LinkRemoval, SaysFalseWhenTheLinkIsStillThere) {
