@@ -11,9 +11,6 @@ namespace {
 constexpr char kEntryName[] = "Clean";
 constexpr std::uint8_t kKey = 0x5B;
 
-// No database comes near it; a file that declares more wants our memory.
-constexpr std::uint64_t kMaxPayload = 256u << 20;  // bytes
-
 // Deflate never does better: two bits for a run of 258 bytes.
 constexpr std::uint64_t kBestRatio = 1032;
 
@@ -25,7 +22,7 @@ void ApplyKey(std::uint8_t* bytes, std::size_t length) {
 // Whether a file of `fileLength` bytes can hold what the entry declares. Asked before anything is allocated.
 bool CanHold(std::uint64_t fileLength, const ArchiveReader::Entry& entry) {
     const std::uint64_t compressed = std::min(fileLength, entry.compressedSize);
-    return entry.size <= kMaxPayload && entry.size <= compressed * (entry.stored ? 1 : kBestRatio);
+    return entry.size <= kMaxDbPayload && entry.size <= compressed * (entry.stored ? 1 : kBestRatio);
 }
 
 // A block of the C library's heap, zeroed; of at least one byte, so that null always means failure.
@@ -61,6 +58,7 @@ std::uint32_t DecodeDbFile(std::uint8_t* file, std::uint32_t length, std::uint8_
 }
 
 std::string DbFileText(std::vector<std::uint8_t> file) {
+    if (file.size() > kMaxDbPayload) return {};
     std::uint8_t* out = nullptr;
     const std::uint32_t length = DecodeDbFile(file.data(), static_cast<std::uint32_t>(file.size()), &out);
     const UniqueBlock payload(out);

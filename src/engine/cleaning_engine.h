@@ -111,7 +111,8 @@ class CCleaningEngine {
 
     // --- States and whitelist.
 
-    // Writes the enabled flags and the whitelist. The file of before stays when anything fails.
+    // Writes the enabled flags and the whitelist. The file of before stays when anything fails, when the text
+    // would be longer than kMaxDbPayload, and while nothing is loaded.
     void SaveItemStates();
     // Forgets the stored flags and the hierarchy; the whitelist stays. Nothing while a worker runs.
     void DeleteItemStates();
@@ -189,7 +190,6 @@ class CCleaningEngine {
     // item_states.cpp
     std::optional<std::string> PreferencesPath() const;
     void LoadItemStates();
-    void ApplyItemState(const char* category, const char* application, const char* entity, bool value);
 
     // scanner.cpp
     std::uint32_t ScanDefinitionCount() const;
