@@ -44,8 +44,9 @@ bool Clean(Session& session, Report& report, const std::vector<ReportResult*>& r
     return true;
 }
 
-// Why the shredder keeps its hands off a path; empty when it need not.
+// Why the shredder keeps its hands off a true path; empty when it need not.
 std::string ProtectionOf(const CCleaningEngine& engine, const std::string& path) {
+    if (path.empty()) return "cannot be told from a protected path; --force overrides";
     if (engine.IsRestrictedPath(path.c_str()) || engine.IsRestrictedLocation(path)) {
         return "is protected, because the system or the user's data stands on it; --force overrides";
     }

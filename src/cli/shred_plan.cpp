@@ -16,10 +16,11 @@ bool IsRoot(const std::string& path) {
     return path.size() == 3 && path.ends_with(":\\");
 }
 
+// The path without what only tells the system how to read it. Of device paths none but a drive's is known.
 std::string WithoutPrefix(const std::string& path) {
     if (path.starts_with("\\\\?\\UNC\\")) return "\\" + path.substr(7);
-    if (path.starts_with("\\\\?\\")) return path.substr(4);
-    return path;
+    const bool isPrefixed = path.starts_with("\\\\?\\") || path.starts_with("\\\\.\\");
+    return isPrefixed && path.substr(5, 2) == ":\\" ? path.substr(4) : path;
 }
 
 std::string WithBackslash(std::string path) {
@@ -113,16 +114,16 @@ std::variant<std::vector<std::string>, PathProblem> FullPaths(const std::vector<
 std::string TruePath(const std::string& path) {
     const std::string plain = WithoutPrefix(path);
     if (IsRoot(plain)) return plain;
-    const std::size_t backslash = path.rfind('\\');
+    const std::size_t backslash = plain.rfind('\\');
     WIN32_FIND_DATAA entry;
-    const auto find = OwnHandle<UniqueFind>(::FindFirstFileA(path.c_str(), &entry));
-    if (!find || backslash == std::string::npos) return plain;
+    const auto find = OwnHandle<UniqueFind>(::FindFirstFileA(plain.c_str(), &entry));
+    if (!find || backslash == std::string::npos) return "";
     const auto folder =
-        OwnHandle<UniqueHandle>(::CreateFileA(path.substr(0, backslash + 1).c_str(), FILE_READ_ATTRIBUTES,
+        OwnHandle<UniqueHandle>(::CreateFileA(plain.substr(0, backslash + 1).c_str(), FILE_READ_ATTRIBUTES,
                                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     const std::string truth = folder ? FinalPath(folder.get()) : "";
-    return truth.empty() ? plain : WithBackslash(WithoutPrefix(truth)) + entry.cFileName;
+    return truth.empty() ? "" : WithBackslash(WithoutPrefix(truth)) + entry.cFileName;
 }
 
 std::variant<ShredPlan, PathProblem> PlanShred(const std::vector<std::string>& fullPaths,

@@ -17,7 +17,7 @@ struct PathProblem {
 std::variant<std::vector<std::string>, PathProblem> FullPaths(const std::vector<std::string>& paths);
 
 // Where `path` really is, whatever links, short names or prefixes it goes through, spelt as the system spells
-// it. Its last part is not followed. `path` itself where the system cannot tell.
+// it. Its last part is not followed. Empty where the system cannot tell.
 std::string TruePath(const std::string& path);
 
 struct ShredPlan {
@@ -28,8 +28,9 @@ struct ShredPlan {
     std::vector<PathProblem> passedOver;
 };
 
-// `refuse` is asked about each of the paths and each folder below them, by its true path; its answer is the
-// cause why not, or empty. The first refusal is the answer then. `stopped` is asked between entries.
+// `refuse` is asked about each of the paths and each folder below them, by its true path, empty where it is
+// not known; its answer is the cause why not, or empty. The first refusal is the answer then. `stopped` is
+// asked between entries.
 std::variant<ShredPlan, PathProblem> PlanShred(const std::vector<std::string>& fullPaths,
                                                const std::function<std::string(const std::string&)>& refuse,
                                                const std::function<bool()>& stopped);

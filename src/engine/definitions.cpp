@@ -140,9 +140,9 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
         auto application = std::make_unique<tagCLEAN_APPLICATION>();
         application->name = name;
         LoadImageOf(child, *application);
-        const std::string installed = ExpandLocation(child.attribute("InstallLocation").value());
-        application->present =
-            installed.empty() || ::GetFileAttributesA(installed.c_str()) != INVALID_FILE_ATTRIBUTES;
+        const std::string installed = child.attribute("InstallLocation").value();
+        application->present = installed.empty() || ::GetFileAttributesA(ExpandLocation(installed).c_str()) !=
+                                                        INVALID_FILE_ATTRIBUTES;
         application->enabled = EnabledByDefault(child);
         application->entityCount = LoadEntities(child, *application);
         if (application->entityCount == 0) {
