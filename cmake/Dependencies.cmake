@@ -27,6 +27,14 @@ target_include_directories(pugixml SYSTEM PUBLIC ${VELVANE_SOURCES}/pugixml/src)
 target_compile_definitions(pugixml PUBLIC PUGIXML_NO_XPATH PUGIXML_NO_EXCEPTIONS)
 target_compile_options(pugixml PRIVATE ${VELVANE_WATCH})
 
+# Headers alone, the same for every target. They stand among the headers of the build host, which a cross build
+# must not see, so only their own folder is shown.
+set(VELVANE_JSON_INCLUDE ${CMAKE_BINARY_DIR}/nlohmann_json)
+file(MAKE_DIRECTORY ${VELVANE_JSON_INCLUDE})
+file(CREATE_LINK /usr/include/nlohmann ${VELVANE_JSON_INCLUDE}/nlohmann SYMBOLIC)
+add_library(nlohmann_json INTERFACE)
+target_include_directories(nlohmann_json SYSTEM INTERFACE ${VELVANE_JSON_INCLUDE})
+
 set(INSTALL_GTEST OFF)
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
 

@@ -7,6 +7,7 @@ source "${BASH_SOURCE[0]%/*}/lib.sh"
 PACKAGES=(
     g++ cmake ninja-build ccache git dpkg-dev
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix libz-mingw-w64-dev # the Windows builds
+    nlohmann-json3-dev                                                     # headers only
     zlib1g-dev googletest                                                  # the native build, the tests
     clang-14 libclang-rt-14-dev clang-format                               # fuzzers, the format check
     wine wine64 fonts-wine                                                 # runs the Windows tests

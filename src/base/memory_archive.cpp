@@ -101,9 +101,9 @@ bool WriteArchive(ArchiveBuffer& buffer, const char* name, const void* payload, 
                                        Z_DEFAULT_COMPRESSION) == ZIP_OK;
     written = written && zipWriteInFileInZip(archive, payload, length) == ZIP_OK;
     written = written && zipCloseFileInZip(archive) == ZIP_OK;
-    // Closing frees, so it is done in any case. The library forgets some failures of the last block; the
-    // buffer does not.
-    return zipClose(archive, nullptr) == ZIP_OK && written && !buffer.Failed();
+    // Closing frees, so it is done in any case. The library forgets some failures of the entry's last block;
+    // the buffer refuses everything after one, so that at the latest the end record fails.
+    return zipClose(archive, nullptr) == ZIP_OK && written;
 }
 
 struct ArchiveReader::Callbacks {

@@ -22,9 +22,9 @@ class ArchiveBuffer {
     // `maxLength`: a write beyond that many bytes fails, as it does when memory runs out.
     explicit ArchiveBuffer(std::uint64_t maxLength = 0xFFFFFFFF);
 
-    // Writes at the position and moves it. False when the buffer cannot grow; nothing is written then.
-    // A write that reaches the capacity (position plus size is equal to it or more) replaces the buffer by
-    // one of twice the capacity, or of exactly position plus size where twice is not more than that.
+    // Writes at the position and moves it. False when the buffer cannot grow; nothing is written then, nor by
+    // any later call. A write that reaches the capacity (position plus size is equal to it or more) replaces
+    // the buffer by one of twice the capacity, or of exactly position plus size where twice is not more.
     bool Write(const void* data, std::size_t size);
 
     // Moves the position, to at most the length. False, without a move, beyond that.

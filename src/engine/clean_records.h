@@ -142,7 +142,7 @@ struct tagCLEAN_ENTITY {
 
 struct tagCLEAN_APPLICATION {
     std::string name;
-    TemporaryFile imageFile;  // destroyed behind the image, which keeps it open
+    TemporaryFile imageFile;
     UniqueImage image;
     bool enabled = true;
     bool selected = true;

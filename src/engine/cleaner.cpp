@@ -153,7 +153,7 @@ void CCleaningEngine::Clean() {
 // The walk asks only for what is selected: what was not enabled has found nothing.
 void CCleaningEngine::CleanCategories(std::uint32_t total) {
     for (tagCLEAN_CATEGORY& category : m_categories) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         category.cleanedCount = 0;
         const auto handle = reinterpret_cast<WPARAM>(HandleOf(category));
         if (category.selected) {
@@ -167,7 +167,7 @@ void CCleaningEngine::CleanCategories(std::uint32_t total) {
 
 void CCleaningEngine::CleanApplications(tagCLEAN_CATEGORY& category, std::uint32_t total) {
     for (const tagCLEAN_APPLICATION& application : category.applications) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         const auto handle = reinterpret_cast<WPARAM>(HandleOf(application));
         if (application.selected && application.present) {
             CleanEntities(category, application, total);
@@ -181,7 +181,7 @@ void CCleaningEngine::CleanApplications(tagCLEAN_CATEGORY& category, std::uint32
 void CCleaningEngine::CleanEntities(tagCLEAN_CATEGORY& category, const tagCLEAN_APPLICATION& application,
                                     std::uint32_t total) {
     for (const tagCLEAN_ENTITY& entity : application.entities) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         const auto handle = reinterpret_cast<WPARAM>(HandleOf(entity));
         if (entity.selected) {
             CleanResults(entity.items.Head(), total, category.cleanedCount);
@@ -195,19 +195,16 @@ void CCleaningEngine::CleanEntities(tagCLEAN_CATEGORY& category, const tagCLEAN_
 std::uint32_t CCleaningEngine::CleanResults(const tagCLEAN_ITEM* firstItem, std::uint32_t total,
                                             std::uint32_t& categoryCleaned) {
     std::uint32_t cleaned = 0;
-    for (const tagCLEAN_ITEM* item = firstItem; item && !m_cancel; item = item->next) {
+    for (const tagCLEAN_ITEM* item = firstItem; item && !Stopped(); item = item->next) {
         for (const tagCLEAN_RESULT* result : item->results) {
-            if (m_cancel) break;
+            if (Stopped()) break;
             const auto handle = reinterpret_cast<WPARAM>(HandleOf(*result));
             if (!result->enabled) {
                 Send(WM_ENGINE_NODE_DONE, handle, 0);
                 continue;
             }
             const bool done = CleanResult(*item, *result);
-            if (m_cancel) {
-                ENGINE_TRACE("User cancelled current action.");
-                break;
-            }
+            if (Stopped()) break;
             if (done) {
                 ++m_cleaned;
                 ++categoryCleaned;

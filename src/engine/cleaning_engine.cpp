@@ -87,6 +87,7 @@ std::uintptr_t CCleaningEngine::StartShred(HWND window, int passes) {
 // with it.
 void CCleaningEngine::LoadWorker() {
     const HWND window = m_window;
+    m_cancel = false;
     CompleteAfterReboot();
     const bool loaded = LoadDefinitions();
     m_window = nullptr;
@@ -113,6 +114,12 @@ void CCleaningEngine::CleanWorker() {
 void CCleaningEngine::ShredWorker() {
     ShredList();
     m_window = nullptr;
+}
+
+bool CCleaningEngine::Stopped() const {
+    if (!m_cancel) return false;
+    ENGINE_TRACE("User cancelled current action.");
+    return true;
 }
 
 void CCleaningEngine::ListDefinitions() {

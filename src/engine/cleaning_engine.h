@@ -160,6 +160,8 @@ class CCleaningEngine {
     void ScanWorker();
     void CleanWorker();
     void ShredWorker();
+    // True when the run is to end early, which a loop that asks before an element then traces.
+    bool Stopped() const;
     LRESULT Send(UINT message, WPARAM wParam, LPARAM lParam) const {
         return ::SendMessageA(m_window, message, wParam, lParam);
     }

@@ -85,7 +85,7 @@ std::uint32_t CCleaningEngine::LoadItems(const pugi::xml_node& node, tagCLEAN_EN
     const std::lock_guard lock(m_lock);
     std::uint32_t count = 0;
     for (const pugi::xml_node& child : node.children()) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         // kept: an item that is dropped for what it says, and not for what it lacks, counts as loaded.
         if (LoadItem(child, entity)) ++count;
     }

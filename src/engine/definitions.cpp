@@ -73,7 +73,7 @@ bool CCleaningEngine::LoadDefinitions() {
     pugi::xml_document document;
     if (!ParseDefinitionText(document, *text)) return false;
     const pugi::xml_node root = FindElement(document, "xclean_def");
-    if (!root || m_cancel) return false;
+    if (!root || Stopped()) return false;
     if (const char* version = AttributeOrNull(root, "version")) {
         m_definitionsVersion = std::strtoul(version, nullptr, 10);
     }
@@ -103,7 +103,7 @@ void CCleaningEngine::FreeDefinitions(bool save) {
 std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount) {
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& node : root.children()) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         if (std::string_view(node.name()) != "Category") continue;
         const char* name = AttributeOrNull(node, "Name");
         if (!name) {
@@ -131,7 +131,7 @@ std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::u
 std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category) {
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         if (std::string_view(child.name()) != "Application") continue;
         const char* name = AttributeOrNull(child, "Name");
         if (!name || !*name) {
@@ -141,9 +141,9 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
         auto application = std::make_unique<tagCLEAN_APPLICATION>();
         application->name = name;
         LoadImageOf(child, *application);
-        const std::string installed = ExpandLocation(child.attribute("InstallLocation").value());
-        application->present =
-            installed.empty() || ::GetFileAttributesA(installed.c_str()) != INVALID_FILE_ATTRIBUTES;
+        const std::string installed = child.attribute("InstallLocation").value();
+        application->present = installed.empty() || ::GetFileAttributesA(ExpandLocation(installed).c_str()) !=
+                                                        INVALID_FILE_ATTRIBUTES;
         application->enabled = EnabledByDefault(child);
         application->entityCount = LoadEntities(child, *application);
         if (application->entityCount == 0) {
@@ -161,7 +161,7 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
 std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN_APPLICATION& application) {
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         if (std::string_view(child.name()) != "Entity") continue;
         const char* name = AttributeOrNull(child, "Name");
         if (!name || !*name) {

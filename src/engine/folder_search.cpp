@@ -12,6 +12,18 @@
 
 namespace {
 
+// The next entry of a listing. One whose name is too long for the find data fails the call by itself; what
+// stands behind it is found all the same.
+bool NextEntry(HANDLE find, WIN32_FIND_DATAA& entry, const ScanSink& sink) {
+    while (!::FindNextFileA(find, &entry)) {
+        const DWORD error = ::GetLastError();
+        const bool onlyName =
+            error == ERROR_MORE_DATA || error == ERROR_INSUFFICIENT_BUFFER || error == ERROR_BUFFER_OVERFLOW;
+        if (!onlyName || sink.Cancelled()) return false;
+    }
+    return true;
+}
+
 // One level of a folder search.
 class FolderLevel {
   public:
@@ -26,7 +38,7 @@ class FolderLevel {
         if (!find) return 0;
         do {
             ScanEntry(entry);
-        } while (::FindNextFileA(find.get(), &entry) && !m_sink.Cancelled());
+        } while (NextEntry(find.get(), entry, m_sink) && !m_sink.Cancelled());
         return m_count;
     }
 
@@ -67,10 +79,10 @@ std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink) {
     do {
         if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
         const auto name = SurvivingName(entry, *folder);
-        if (!name || !JoinPath(*folder, *name)) continue;
+        if (!name) continue;
         sink.Add(ResultType::File, folder, std::string(*name));
         ++count;
-    } while (::FindNextFileA(find.get(), &entry) && !sink.Cancelled());
+    } while (NextEntry(find.get(), entry, sink) && !sink.Cancelled());
     return count;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/base64.h"
+#include "system/files.h"
 #include "system/handles.h"
 
 using std::max;
@@ -36,11 +37,43 @@ TemporaryFile WriteImageFile(std::string_view base64) {
     return file;
 }
 
+namespace {
+
+struct StreamRelease {
+    void operator()(IStream* stream) const { stream->Release(); }
+};
+using UniqueStream = std::unique_ptr<IStream, StreamRelease>;
+
+// A stream over a copy of the bytes, or null.
+UniqueStream MemoryStream(const std::vector<std::uint8_t>& bytes) {
+    const HGLOBAL block = ::GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    if (!block) return nullptr;
+    IStream* stream = nullptr;
+    if (FAILED(::CreateStreamOnHGlobal(block, TRUE, &stream))) {  // from here on the stream owns the block
+        ::GlobalFree(block);
+        return nullptr;
+    }
+    UniqueStream owner(stream);
+    ULONG written = 0;
+    const LARGE_INTEGER start = {};
+    if (FAILED(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written)) ||
+        FAILED(stream->Seek(start, STREAM_SEEK_SET, nullptr))) {
+        return nullptr;
+    }
+    return owner;
+}
+
+}  // namespace
+
 UniqueImage LoadImageFromFile(const char* path) {
     if (!path) return nullptr;
-    wchar_t wide[MAX_PATH] = L"";
-    if (::MultiByteToWideChar(CP_ACP, 0, path, -1, wide, MAX_PATH) == 0) return nullptr;
-    UniqueImage image(Gdiplus::Image::FromFile(wide, FALSE));
+    const auto bytes = ReadWholeFile(path);
+    if (!bytes || bytes->empty()) return nullptr;
+    // An image that is made from the file itself keeps it open, and the file could not be deleted with its
+    // record while an image of the latest scan lives.
+    const UniqueStream stream = MemoryStream(*bytes);
+    if (!stream) return nullptr;
+    UniqueImage image(Gdiplus::Image::FromStream(stream.get(), FALSE));
     if (image && image->GetLastStatus() != Gdiplus::Ok) image.reset();
     return image;
 }

@@ -41,5 +41,5 @@ class TemporaryFile {
 TemporaryFile WriteImageFile(std::string_view base64);
 
 // The picture in a file, or null: also for a null path, for what is no picture, and while GDI+ is not
-// started. GDI+ keeps the file open for as long as the image lives.
+// started. The file is closed again when it returns.
 UniqueImage LoadImageFromFile(const char* path);

@@ -24,7 +24,7 @@ class CCleaningEngine::ItemSink : public ScanSink {
         m_engine.AddResult(*m_item, m_store, type, path, std::move(name), m_whitelistable);
     }
 
-    bool Cancelled() const override { return m_engine.m_cancel; }
+    bool Cancelled() const override { return m_engine.Stopped(); }
 
   private:
     CCleaningEngine& m_engine;

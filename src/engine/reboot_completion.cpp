@@ -68,6 +68,8 @@ void CCleaningEngine::ScheduleForReboot(const std::string& path) {
 void CCleaningEngine::CompleteAfterReboot() {
     const DWORD attributes = ::GetFileAttributesA(m_rebootFolder.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) return;
+    // Whoever puts a link in the folder's place has another folder in mind.
+    if (IsLink(m_rebootFolder.c_str())) return;
     const HWND window = m_window;
     const auto passWindow = reinterpret_cast<HWND>(Send(WM_ENGINE_REBOOT_BEGIN, 0, 0));
     // A receiver that names no window keeps the messages; m_window is the busy mark, too.
@@ -88,6 +90,7 @@ void CCleaningEngine::CompleteAfterReboot() {
     ENGINE_TRACE("Found %d items to clean on reboot.", static_cast<int>(found));
     if (found != 0) {
         m_cancel = false;
+        m_processed = 0;
         std::uint32_t categoryCleaned = 0;
         const std::uint32_t cleaned = CleanResults(&item, found, categoryCleaned);
         ENGINE_TRACE("%d items found and %d items cleaned on reboot.", static_cast<int>(found),

@@ -61,11 +61,11 @@ void AddEntry(ResultType type, const std::string& path, ScanSink& sink) {
     sink.Add(type, std::make_shared<const std::string>(path.substr(0, cut)), path.substr(cut));
 }
 
-std::uint32_t ScanDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, std::string path,
-                                DWORD attributes, HWND window, ScanSink& sink) {
+std::uint32_t ScanDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, std::string path, HWND window,
+                                ScanSink& sink) {
     if (!path.ends_with('\\')) path += '\\';
     std::uint32_t count = 0;
-    if (!(attributes & FILE_ATTRIBUTE_REPARSE_POINT) || !IsLink(path.c_str())) {
+    if (!IsLink(path.c_str())) {
         IShellFolder2* raw = nullptr;
         const HRESULT bound =
             parent->BindToObject(id, nullptr, IID_IShellFolder2, reinterpret_cast<void**>(&raw));
@@ -100,7 +100,7 @@ std::uint32_t ScanShellFolder(IShellFolder* folder, HWND window, ScanSink& sink)
         const DWORD attributes = ::GetFileAttributesA(path->c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES) continue;
         if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
-            count += ScanDeletedFolder(folder, id.get(), *path, attributes, window, sink);
+            count += ScanDeletedFolder(folder, id.get(), *path, window, sink);
         } else {
             AddEntry(ResultType::File, *path, sink);
         }

@@ -74,7 +74,7 @@ void CCleaningEngine::Scan() {
 
 void CCleaningEngine::ScanCategories() {
     for (tagCLEAN_CATEGORY& category : m_categories) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         category.foundCount = 0;
         if (!category.enabled) continue;
         category.cleanedCount = 0;
@@ -92,7 +92,7 @@ std::uint32_t CCleaningEngine::ScanApplications(const tagCLEAN_CATEGORY& categor
     // kept: only the first one starts at 0, the others go on from what they held.
     if (category.applications.Head()) category.applications.Head()->foundCount = 0;
     for (tagCLEAN_APPLICATION& application : category.applications) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         if (!application.enabled || !application.present) continue;
         application.selected = true;
         Gdiplus::Image* image =
@@ -110,7 +110,7 @@ std::uint32_t CCleaningEngine::ScanApplications(const tagCLEAN_CATEGORY& categor
 std::uint32_t CCleaningEngine::ScanEntities(const tagCLEAN_APPLICATION& application) {
     std::uint32_t found = 0;
     for (tagCLEAN_ENTITY& entity : application.entities) {
-        if (m_cancel) break;
+        if (Stopped()) break;
         entity.foundCount = 0;
         if (!entity.enabled) continue;
         entity.selected = true;
@@ -128,10 +128,7 @@ std::uint32_t CCleaningEngine::ScanItems(const tagCLEAN_ENTITY& entity) {
     std::uint32_t found = 0;
     ItemSink sink(*this, m_results);
     for (tagCLEAN_ITEM& item : entity.items) {
-        if (m_cancel) {
-            ENGINE_TRACE("User cancelled current action.");
-            break;
-        }
+        if (Stopped()) break;
         if (item.restricted) {
             const std::string line =
                 std::string("Skipping Restricted Path: ").append(item.location.value_or(""));

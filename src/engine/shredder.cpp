@@ -40,6 +40,12 @@ class RedirectionOff {
     bool m_changed;
 };
 
+bool IsFolderLink(const std::string& path) {
+    const DWORD attributes = ::GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) &&
+           IsLink(path.c_str());
+}
+
 // kept: only a bin that reports no items is emptied; one that holds anything is left alone.
 void TidyEmptyRecycleBin() {
     SHQUERYRBINFO info = {};
@@ -53,7 +59,10 @@ void TidyEmptyRecycleBin() {
 
 bool CCleaningEngine::ShredFile(const std::string& path, bool disableRedirection) {
     const RedirectionOff redirection(disableRedirection);
-    if (!::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL)) {
+    // A link to a folder is removed as itself or left. Some platforms would change what it points to in its
+    // place, now or at the restart.
+    const bool isFolderLink = IsFolderLink(path);
+    if (!isFolderLink && !::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL)) {
         const DWORD error = ::GetLastError();
         if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
             ENGINE_TRACE("File was already deleted before shredding: '%s'.", path.c_str());
@@ -70,7 +79,7 @@ bool CCleaningEngine::ShredFile(const std::string& path, bool disableRedirection
     } else {
         ok = OverwriteForShred(path) && !m_cancel && RenameAndDelete(path);
     }
-    if (!ok && !m_cancel) ScheduleForReboot(path);
+    if (!ok && !m_cancel && !isFolderLink) ScheduleForReboot(path);
     return ok;
 }
 
@@ -95,7 +104,9 @@ bool CCleaningEngine::OverwriteSpecialFile(const std::string& path) const {
 }
 
 bool CCleaningEngine::OverwriteFile(HANDLE file, const std::string& path) {
-    return ::OverwriteFile(file, path, m_passCount, [this] { return m_cancel.load(); });
+    // The count of a run may be changed at any time, and without passes there is no last one to end with.
+    const int passes = m_passCount;
+    return passes == 0 || ::OverwriteFile(file, path, passes, [this] { return m_cancel.load(); });
 }
 
 bool CCleaningEngine::RenameAndDelete(const std::string& path) const {
@@ -126,10 +137,7 @@ void CCleaningEngine::ShredList() {
         const bool done = !m_cancel && ShredListed(path);
         Send(WM_ENGINE_SHRED_PROGRESS, done ? reinterpret_cast<WPARAM>(path.c_str()) : 0,
              static_cast<LPARAM>((i + 1) * 100 / count));
-        if (m_cancel) {
-            ENGINE_TRACE("User cancelled current action.");
-            break;
-        }
+        if (Stopped()) break;
     }
     m_shredFiles.clear();
     if (count != 0) {

@@ -13,8 +13,16 @@ namespace {
 
 constexpr DWORD kFirstBufferSize = 4096;
 
-// An entry of the cache is told in some kilobytes; what asks for more than this is no sane answer.
+// An entry of the cache is told in some kilobytes; what asks for more than this, or for less than an entry's
+// head, is no sane answer.
+constexpr DWORD kSmallestBufferSize = sizeof(INTERNET_CACHE_ENTRY_INFOA);
 constexpr DWORD kLargestBufferSize = 16 * 1024 * 1024;
+
+// Why the call just before failed; never ERROR_SUCCESS, whatever it left.
+DWORD FailureReason() {
+    const DWORD error = ::GetLastError();
+    return error != ERROR_SUCCESS ? error : ERROR_GEN_FAILURE;
+}
 
 class UrlCacheWalk {
   public:
@@ -32,9 +40,7 @@ class UrlCacheWalk {
                 // needed, and a size that does not grow then ends the walk.
                 const DWORD asked = m_size;
                 error = FetchIntoNewBuffer(asked);
-                if (error == ERROR_INSUFFICIENT_BUFFER && (m_size <= asked || m_size > kLargestBufferSize)) {
-                    return false;
-                }
+                if (error == ERROR_INSUFFICIENT_BUFFER && m_size <= asked) return false;
             } else if (error == ERROR_SUCCESS) {
                 visit(*m_entry);
                 error = FetchNext();
@@ -47,6 +53,7 @@ class UrlCacheWalk {
   private:
     // ERROR_SUCCESS with an entry, or the error; on ERROR_INSUFFICIENT_BUFFER m_size is the size asked for.
     DWORD FetchIntoNewBuffer(DWORD size) {
+        if (size < kSmallestBufferSize || size > kLargestBufferSize) return ERROR_INVALID_DATA;
         m_entry.reset(static_cast<INTERNET_CACHE_ENTRY_INFOA*>(std::calloc(1, size)));
         if (!m_entry) return ERROR_NOT_ENOUGH_MEMORY;
         m_entry->dwStructSize = size;
@@ -57,14 +64,14 @@ class UrlCacheWalk {
             m_find = ::FindFirstUrlCacheEntryA(nullptr, m_entry.get(), &m_size);
             if (m_find) return ERROR_SUCCESS;
         }
-        return ::GetLastError();
+        return FailureReason();
     }
 
     // The same into the buffer that is there; its size stays what it was.
     DWORD FetchNext() {
         m_size = m_capacity;
         if (::FindNextUrlCacheEntryA(m_find, m_entry.get(), &m_size)) return ERROR_SUCCESS;
-        const DWORD error = ::GetLastError();
+        const DWORD error = FailureReason();
         m_size = m_capacity;
         return error;
     }

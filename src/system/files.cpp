@@ -29,18 +29,6 @@ UniqueHandle OpenEntry(const std::string& path, DWORD access, DWORD flags) {
                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
 }
 
-// Where an open handle really is; empty if the system cannot tell.
-std::string FinalPath(HANDLE handle) {
-    using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
-    const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
-    if (getFinalPath == nullptr) return {};
-    std::string path(getFinalPath(handle, nullptr, 0, 0), '\0');
-    const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
-    if (length >= path.size()) return {};
-    path.resize(length);
-    return path;
-}
-
 // True if `handle` is the entry `name` of `folder` itself. Some platforms open what a link leads to even when
 // they are asked for the link.
 bool IsEntryItself(HANDLE handle, const std::string& folder, const char* name) {
@@ -86,9 +74,11 @@ bool IsLink(DWORD attributes, DWORD tag) {
 }
 
 bool IsLink(const char* path) {
-    const DWORD attributes = ::GetFileAttributesA(path);
+    // With a backslash at its end the path may mean what the link leads to.
+    const std::string link = WithoutTrailingBackslash(path);
+    const DWORD attributes = ::GetFileAttributesA(link.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return false;
-    const auto entry = FindEntry(WithoutTrailingBackslash(path));
+    const auto entry = FindEntry(link);
     return entry && IsLink(entry->dwFileAttributes, entry->dwReserved0);
 }
 
@@ -102,6 +92,18 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
     // U+FFFD is the same in UTF-8, but a name may really hold it.
     if (name.find("\xEF\xBF\xBD") != std::string_view::npos && IsGone(path->c_str())) return std::nullopt;
     return name;
+}
+
+std::string FinalPath(HANDLE handle) {
+    using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
+    const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");
+    if (getFinalPath == nullptr) return {};
+    // One more, for the systems that leave the terminator out of the size.
+    std::string path(getFinalPath(handle, nullptr, 0, 0) + 1, '\0');
+    const DWORD length = getFinalPath(handle, path.data(), static_cast<DWORD>(path.size()), 0);
+    if (length >= path.size()) return {};
+    path.resize(length);
+    return path;
 }
 
 bool IsGone(const char* path) {

@@ -28,6 +28,9 @@ bool IsLink(const char* path);
 // when the name has characters that the process's code page does not have or does not fit.
 std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder);
 
+// Where an open file or folder really is, with the prefix \\?\ in front; empty if the system cannot tell.
+std::string FinalPath(HANDLE handle);
+
 // True when nothing is at `path` any more, or nothing that can be opened.
 bool IsGone(const char* path);
 

@@ -8,12 +8,36 @@
 
 namespace {
 
-bool WriteValue(HKEY root, const char* key, const char* name, DWORD type, const void* data, DWORD size) {
+// The answer of the A calls to a path of more than 260 characters, which the registry itself has no trouble
+// with: such a path takes the way of the wide calls.
+constexpr LSTATUS kPathTooLong = ERROR_MORE_DATA;
+
+std::wstring WidePath(const char* path) {
+    std::wstring wide(std::strlen(path) + 1, L'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, path, -1, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+LSTATUS CreateKey(HKEY root, const char* path, UniqueKey& key) {
     HKEY raw = nullptr;
-    const LSTATUS created =
-        ::RegCreateKeyExA(root, key, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &raw, nullptr);
-    const UniqueKey owner(raw);
-    if (created != ERROR_SUCCESS) return false;
+    LSTATUS status =
+        ::RegCreateKeyExA(root, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &raw, nullptr);
+    if (status == kPathTooLong) {
+        status = ::RegCreateKeyExW(root, WidePath(path).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                   KEY_WRITE, nullptr, &raw, nullptr);
+    }
+    key.reset(raw);
+    return status;
+}
+
+LSTATUS DeleteKey(HKEY root, const char* path) {
+    const LSTATUS status = ::RegDeleteKeyA(root, path);
+    return status == kPathTooLong ? ::RegDeleteKeyW(root, WidePath(path).c_str()) : status;
+}
+
+bool WriteValue(HKEY root, const char* key, const char* name, DWORD type, const void* data, DWORD size) {
+    UniqueKey owner;
+    if (CreateKey(root, key, owner) != ERROR_SUCCESS) return false;
     return ::RegSetValueExA(owner.get(), name, 0, type, static_cast<const BYTE*>(data), size) ==
            ERROR_SUCCESS;
 }
@@ -38,11 +62,14 @@ std::string JoinStrings(const char* strings) {
 
 }  // namespace
 
-LSTATUS OpenKey(HKEY root, const char* path, REGSAM access, UniqueKey& key) {
+LSTATUS OpenKey(HKEY root, const char* path, REGSAM access, UniqueKey& key, DWORD options) {
     key.reset();
     if (root == nullptr || path == nullptr) return ERROR_INVALID_PARAMETER;
     HKEY raw = nullptr;
-    const LSTATUS status = ::RegOpenKeyExA(root, path, 0, access, &raw);
+    LSTATUS status = ::RegOpenKeyExA(root, path, options, access, &raw);
+    if (status == kPathTooLong) {
+        status = ::RegOpenKeyExW(root, WidePath(path).c_str(), options, access, &raw);
+    }
     key.reset(raw);
     return status;
 }
@@ -117,12 +144,12 @@ std::string RegReadText(HKEY root, const char* key, const char* name, const char
 
 bool RegDeleteKeyGranted(HKEY root, const char* key) {
     if (root == nullptr || key == nullptr) return false;
-    const LSTATUS status = ::RegDeleteKeyA(root, key);
+    const LSTATUS status = DeleteKey(root, key);
     if (status == ERROR_SUCCESS || IsMissing(status)) return true;
     if (status != ERROR_ACCESS_DENIED) return false;
 
     const TemporaryGrant grant(root, key);
-    return grant.Applied() && ::RegDeleteKeyA(root, key) == ERROR_SUCCESS;
+    return grant.Applied() && DeleteKey(root, key) == ERROR_SUCCESS;
 }
 
 bool RegDeleteValueGranted(HKEY root, const char* key, const char* name) {

@@ -10,8 +10,9 @@
 // A flat layer over the registry: each function opens, does one thing and closes. Null arguments give the
 // failure result without a registry call. No state, any thread.
 
-// Opens `path` below `root`. `key` is empty on failure.
-LSTATUS OpenKey(HKEY root, const char* path, REGSAM access, UniqueKey& key);
+// Opens `path` below `root`, however long it is. `key` is empty on failure. With REG_OPTION_OPEN_LINK among
+// the `options` a link is opened as itself.
+LSTATUS OpenKey(HKEY root, const char* path, REGSAM access, UniqueKey& key, DWORD options = 0);
 
 // Writes `size` bytes as REG_BINARY, making the key where it is missing.
 bool RegWriteBinary(HKEY root, const char* key, const char* name, const void* data, DWORD size);

@@ -115,15 +115,19 @@ bool BuildGrantDescriptor(PSID userSid, SECURITY_DESCRIPTOR& descriptor, HeapAcl
     acl.reset(static_cast<ACL*>(::HeapAlloc(::GetProcessHeap(), 0, size)));
     if (acl == nullptr || !::InitializeAcl(acl.get(), size, ACL_REVISION)) return false;
     if (!AddFullAccess(*acl, userSid) || !AddFullAccess(*acl, system.get())) return false;
-    return ::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
-           ::SetSecurityDescriptorDacl(&descriptor, TRUE, acl.get(), FALSE);
+    if (::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION) &&
+        ::SetSecurityDescriptorDacl(&descriptor, TRUE, acl.get(), FALSE)) {
+        return true;
+    }
+    descriptor = {};  // one without a DACL would let everybody in
+    return false;
 }
 
 TemporaryGrant::TemporaryGrant(HKEY root, const char* key) : m_root(root), m_key(key) {
     RegGetSecurity(root, key, m_oldSecurity);
     HeapSid user;
     if (!GetCurrentUserSid(user)) return;
-    // Zeroed, so that the system refuses it where it was not built to its end.
+    // Zeroed, which the system refuses, unless it is built to its end.
     SECURITY_DESCRIPTOR descriptor = {};
     HeapAcl acl;
     BuildGrantDescriptor(user.get(), descriptor, acl);

@@ -31,7 +31,8 @@ bool RegSetSecurity(HKEY root, const char* key, PSECURITY_DESCRIPTOR descriptor,
 bool GetCurrentUserSid(HeapSid& sid);
 
 // Makes in `descriptor` (absolute, caller's storage, points into `acl`) a DACL that gives full access to
-// `userSid` and to the local system, and to nobody else.
+// `userSid` and to the local system, and to nobody else. On failure `descriptor` is not one that the system
+// takes.
 bool BuildGrantDescriptor(PSID userSid, SECURITY_DESCRIPTOR& descriptor, HeapAcl& acl);
 
 // Full access to one key for the current user for as long as the object lives; then the key's old DACL is

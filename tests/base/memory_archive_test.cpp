@@ -54,6 +54,14 @@ TEST(ArchiveBuffer, CountsFromThePositionAndNotFromTheLength) {
     EXPECT_EQ(buffer.Position(), 13u);
 }
 
+TEST(ArchiveBuffer, WritesNothingAfterAFailure) {
+    ArchiveBuffer buffer(10);
+    ASSERT_TRUE(buffer.Write("0123", 4));
+    EXPECT_FALSE(buffer.Write("4567890", 7));
+    EXPECT_FALSE(buffer.Write("4", 1)) << "an archive with a hole must not come to its end";
+    EXPECT_EQ(buffer.Length(), 4u);
+}
+
 // Noise does not shrink, so that the archive passes the library's own buffer and is written in several
 // pieces.
 std::vector<std::uint8_t> Noise(std::size_t size) {

@@ -7,6 +7,7 @@
 //   user-folders         deletes what is in the user's folders, entering links as well
 //   recycle PATH         moves a file to the recycle bin, then empties the bin
 //   delay-delete PATH    has a file deleted by the next restart
+//   window               makes a window
 //   where                prints its own path
 //   echo ARGUMENT...     prints its arguments and returns their number
 
@@ -108,6 +109,10 @@ int main(int argc, char** argv) {
     if (kind == "echo") {
         for (int i = 2; i < argc; ++i) std::printf("[%s]\n", argv[i]);
         return argc - 2;
+    }
+    if (kind == "window") {
+        return ::CreateWindowA("STATIC", "", WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr) ? 0
+                                                                                                         : 1;
     }
     if (kind == "where") {
         char path[MAX_PATH] = "";

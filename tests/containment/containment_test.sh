@@ -216,7 +216,11 @@ test_refusals() {
 # --- what is handed through ---------------------------------------------------------------------------------------
 
 test_handing_through() {
-    local status=0 name
+    local status=0
+    # The prefix is new, so that this start brings up all of Wine's processes.
+    check "nothing of Wine's keeps the reader of a program's output waiting" \
+        timeout 30 bash -c 'set -o pipefail; "$@" 2>&1 | cat >/dev/null' - "$wrapper" "$probe" window
+
     "$wrapper" "$probe" echo 'a b' '' 'say "x"' '\\?\C:\' '*' >"$yard/log" 2>/dev/null || status=$?
     check "the exit status is the program's" test "$status" -eq 5
     check "arguments arrive as they are" \

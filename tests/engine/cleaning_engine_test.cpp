@@ -1,21 +1,339 @@
 #include "engine/cleaning_engine.h"
 
 #include <gtest/gtest.h>
+#include <process.h>
+
+#include <tuple>
+#include <vector>
 
 #include "engine/engine_fixture.h"
+#include "support/api_hook.h"
 
 namespace {
 
-using Hierarchy = EngineTest;
+constexpr std::uintptr_t kNoThread = static_cast<std::uintptr_t>(-1);
 
-TEST_F(Hierarchy, LoadsListsScansAndCleans) {
-    folder.MakeFile("a.txt");
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("*.txt")), "Help='about it'")));
+std::uintptr_t AsResult(HWND window) {
+    return reinterpret_cast<std::uintptr_t>(window);
+}
+
+// A category with two applications, of which the second is not installed, and one entity that is switched
+// off.
+std::string SeveralNodes() {
+    const std::string item = ItemXml("File", "%temp%\\no such file");
+    return DefinitionsXml(
+        ElementXml("Category", "Name='Browsers' Help='the web'",
+                   ElementXml("Application", "Name='One'",
+                              ElementXml("Entity", "Name='Cache' Help='pages'", item) +
+                                  ElementXml("Entity", "Name='Cookies' Default='0'", item)) +
+                       ElementXml("Application", "Name='Two' InstallLocation='C:\\no such place'",
+                                  ElementXml("Entity", "Name='History'", item))) +
+        ElementXml("Category", "Name='System'",
+                   ElementXml("Application", "Name='Three' Default='no'",
+                              ElementXml("Entity", "Name='Logs'", item + item))));
+}
+
+using ListDefinitions = EngineTest;
+
+TEST_F(ListDefinitions, SendsTheThreeUpperLevelsInOrderWhetherInstalledOrNot) {
+    ASSERT_TRUE(Load(SeveralNodes()));
     List();
-    const auto nodes = window.Nodes();
-    ASSERT_EQ(nodes.size(), 3u);
+    using Row = std::tuple<DWORD, std::string, std::string, bool, HSCANITEM>;
+    const std::vector<Row> expected = {
+        {1, "Browsers", "the web", true, HandleOf(Category("Browsers"))},
+        {2, "One", "-", true, HandleOf(Application("Browsers", "One"))},
+        {3, "Cache", "pages", true, HandleOf(Entity("Browsers", "One", "Cache"))},
+        {3, "Cookies", "-", false, HandleOf(Entity("Browsers", "One", "Cookies"))},
+        {2, "Two", "-", true, HandleOf(Application("Browsers", "Two"))},
+        {3, "History", "-", true, HandleOf(Entity("Browsers", "Two", "History"))},
+        {1, "System", "-", true, HandleOf(Category("System"))},
+        {2, "Three", "-", false, HandleOf(Application("System", "Three"))},
+        {3, "Logs", "-", true, HandleOf(Entity("System", "Three", "Logs"))},
+    };
+    std::vector<Row> rows;
+    for (const RecordedMessage& message : window.Messages(WM_ENGINE_NODE)) {
+        EXPECT_EQ(message.wParam, 0u);
+        EXPECT_TRUE(message.sentByWorker);
+        const RecordedNode& node = *message.node;
+        EXPECT_FALSE(node.expanded || node.imageFile || node.filePath || node.image) << node.name;
+        rows.emplace_back(node.level, node.name, node.help.value_or("-"), node.checked, node.handle);
+    }
+    EXPECT_EQ(rows, expected);
+    EXPECT_FALSE(Application("Browsers", "Two").present);
+    ASSERT_EQ(window.Messages().size(), expected.size() + 1);
+    const RecordedMessage end = window.Messages().back();
+    EXPECT_EQ(std::tuple(end.message, end.wParam, end.lParam, end.sentByWorker),
+              std::tuple(WM_ENGINE_SHRED_DONE, WPARAM{0}, LPARAM{0}, true));
+}
+
+class Workers : public EngineTest {
+  protected:
+    // All five, each tried with a window of its own.
+    std::vector<std::uintptr_t> StartEverything(HWND other) {
+        return {engine->StartLoad(other), engine->StartList(other), engine->StartScan(other),
+                engine->StartClean(other, 3), engine->StartShred(other, 5)};
+    }
+
+    // The number of passes that an overwrite makes, as its writes tell it.
+    int PassesInForce() {
+        const std::string file = folder.MakeFile("passes", "x");
+        const HANDLE handle =
+            ::CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        auto writes = API_HOOK(WriteFile);
+        EXPECT_TRUE(engine->OverwriteFile(handle, file));
+        ::CloseHandle(handle);
+        return writes.Calls();
+    }
+};
+
+TEST_F(Workers, OneThatRunsAnswersEveryStartWithItsWindowAndGoesOn) {
+    ASSERT_TRUE(Load(SeveralNodes()));
+    EXPECT_EQ(PassesInForce(), 1);
+    RecordingWindow other;
+    std::vector<std::uintptr_t> answers;
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_NODE && answers.empty()) answers = StartEverything(other.Handle());
+        return window.DefaultAnswer(message);
+    });
+    List();
+    EXPECT_EQ(answers, std::vector(5, AsResult(window.Handle())));
+    EXPECT_EQ(window.Count(WM_ENGINE_NODE), 9u);
+    EXPECT_EQ(window.Count(WM_ENGINE_SHRED_DONE), 1u);
+    EXPECT_TRUE(other.Messages().empty());
+    EXPECT_EQ(PassesInForce(), 5) << "a refused start sets the pass count all the same";
+}
+
+TEST_F(Workers, AreNotBusyInTheEndMessageOfLoadAndListButInThatOfScanCleanAndShred) {
+    WriteDefinitions(SeveralNodes());
+    std::vector<std::pair<UINT, bool>> busyInEnd;
+    window.OnMessage([&](const RecordedMessage& message) {
+        const UINT end = message.message;
+        if (end == WM_ENGINE_LOADED || end == WM_ENGINE_SCAN_DONE || end == WM_ENGINE_CLEAN_DONE ||
+            end == WM_ENGINE_SHRED_DONE) {
+            busyInEnd.emplace_back(end, engine->IsBusy());
+        }
+        return window.DefaultAnswer(message);
+    });
+    EXPECT_TRUE(Load());
+    EXPECT_FALSE(window.Messages(WM_ENGINE_LOADED).front().sentByWorker) << "it is posted";
+    List();
     Scan();
-    EXPECT_EQ(Found(Entity()), std::vector{folder.At("a.txt")});
+    Clean();
+    Shred(1);
+    const std::vector<std::pair<UINT, bool>> expected = {{WM_ENGINE_LOADED, false},
+                                                         {WM_ENGINE_SHRED_DONE, false},
+                                                         {WM_ENGINE_SCAN_DONE, true},
+                                                         {WM_ENGINE_CLEAN_DONE, true},
+                                                         {WM_ENGINE_SHRED_DONE, true}};
+    EXPECT_EQ(busyInEnd, expected);
+}
+
+TEST_F(Workers, FollowEachOtherFromWithinTheEndMessagesOfLoadAndList) {
+    WriteDefinitions(SeveralNodes());
+    std::uintptr_t list = kNoThread;
+    std::uintptr_t scan = kNoThread;
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_LOADED) list = engine->StartList(window.Handle());
+        if (message.message == WM_ENGINE_SHRED_DONE) scan = engine->StartScan(window.Handle());
+        return window.DefaultAnswer(message);
+    });
+    Run([this] { return engine->StartLoad(window.Handle()); }, WM_ENGINE_SCAN_DONE);
+    EXPECT_NE(list, AsResult(window.Handle()));
+    EXPECT_NE(scan, AsResult(window.Handle()));
+}
+
+TEST_F(Workers, ThatGetNoThreadLeaveTheEngineIdle) {
+    auto threads = API_HOOK(_beginthread);
+    threads.ReplaceAt(1, [](auto...) { return kNoThread; });
+    EXPECT_EQ(engine->StartScan(window.Handle()), kNoThread);
+    EXPECT_FALSE(engine->IsBusy());
+    Scan();
+    EXPECT_EQ(threads.Calls(), 2);
+}
+
+TEST_F(Workers, AreWaitedForByTheDestructorWhichAnswersTheirMessages) {
+    ASSERT_TRUE(Load(SeveralNodes()));
+    window.Clear();
+    engine->StartScan(window.Handle());
+    engine.reset();
+    EXPECT_EQ(window.Count(WM_ENGINE_SCAN_DONE), 1u);
+}
+
+TEST_F(Workers, OfAnEngineWithoutDefinitionsComeToTheirEnd) {
+    EXPECT_FALSE(Load());
+    List();
+    Scan();
+    EXPECT_EQ(window.Messages().size(), 1u);
+    Clean();
+}
+
+class Cancel : public EngineTest {
+  protected:
+    // Loads three categories and cancels when the install location of the second is asked for.
+    bool LoadWithACancel(const std::string& application) {
+        std::string categories;
+        for (const char* name : {"A", "B", "C"}) {
+            categories += ElementXml(
+                "Category", std::string("Name='") + name + "'",
+                ElementXml("Application",
+                           std::string("Name='") + name + "' InstallLocation='C:\\place of " + name + "'",
+                           ElementXml("Entity", "Name='E'", ItemXml("File", "%temp%\\nothing"))));
+        }
+        auto attributes = API_HOOK(GetFileAttributesA);
+        attributes.Replace([&](LPCSTR path) {
+            if (path == "C:\\place of " + application) engine->CancelAction();
+            return attributes.Real()(path);
+        });
+        return Load(DefinitionsXml(categories));
+    }
+
+    std::vector<std::string> CategoryNames() const {
+        std::vector<std::string> names;
+        for (const tagCLEAN_CATEGORY& category : engine->Categories()) names.push_back(category.name);
+        return names;
+    }
+};
+
+TEST_F(Cancel, EndsALoadWhichKeepsWhatItHas) {
+    EXPECT_TRUE(LoadWithACancel("B"));
+    EXPECT_EQ(CategoryNames(), std::vector<std::string>{"A"});
+    EXPECT_EQ(engine->LoadedNodeCount(), 2u);
+    EXPECT_FALSE(LoadWithACancel("A"));
+    EXPECT_TRUE(CategoryNames().empty());
+    // The next worker clears it.
+    EXPECT_TRUE(LoadWithACancel("nobody"));
+    EXPECT_EQ(CategoryNames().size(), 3u);
+}
+
+TEST_F(Cancel, BeforeTheRootIsReachedFailsTheLoad) {
+    WriteDefinitions(SeveralNodes());
+    auto reads = API_HOOK(ReadFile);
+    reads.Before(1, [this] { engine->CancelAction(); });
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(reads.Calls(), 1);
+}
+
+TEST_F(Cancel, EndsAScanWithItsUsualEndAndDoesNothingWhileIdleOrToAListing) {
+    ASSERT_TRUE(Load(SeveralNodes()));
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_NODE) engine->CancelAction();
+        return window.DefaultAnswer(message);
+    });
+    List();
+    EXPECT_EQ(window.Count(WM_ENGINE_NODE), 9u);
+    Scan();
+    EXPECT_EQ(window.Count(WM_ENGINE_NODE), 1u);
+    EXPECT_EQ(window.Count(WM_ENGINE_NODE_DONE), 9u) << "the nodes are pruned as after a full run";
+    EXPECT_EQ(window.Messages().back().lParam, 1);
+
+    window.OnMessage(nullptr);
+    engine->CancelAction();
+    Scan();
+    EXPECT_GT(window.Count(WM_ENGINE_NODE), 1u);
+    EXPECT_EQ(window.Messages().back().lParam, 0);
+}
+
+class Flags : public EngineTest {
+  protected:
+    struct State {
+        bool enabled;
+        bool selected;
+        bool operator==(const State&) const = default;
+        friend void PrintTo(const State& state, std::ostream* out) {
+            *out << (state.enabled ? "enabled" : "not enabled")
+                 << (state.selected ? ", selected" : ", not selected");
+        }
+    };
+
+    template <class Record>
+    static State Of(const Record& record) {
+        return {record.enabled, record.selected};
+    }
+
+    // Category, application and entity of this name.
+    std::vector<State> OfBranch(std::string_view entity) const {
+        return {Of(Category()), Of(Application()), Of(Entity("Category", "Application", entity))};
+    }
+
+    void LoadEntities() {
+        folder.MakeFile("a.txt");
+        folder.MakeFile("b.txt");
+        const auto entity = [&](const std::string& attributes, const char* mask) {
+            return ElementXml("Entity", attributes, ItemXml("File", folder.At(mask)));
+        };
+        ASSERT_TRUE(Load(DefinitionsXml(
+            ElementXml("Category", "Name='Category'",
+                       ElementXml("Application", "Name='Application'",
+                                  entity("Name='full'", "*.txt") + entity("Name='empty'", "*.none") +
+                                      entity("Name='off' Default='no'", "*.txt"))))));
+    }
+};
+
+TEST_F(Flags, GoThroughASessionAsTheyAreToldTo) {
+    constexpr State on{true, true};
+    constexpr State off{false, false};
+    constexpr State unselected{true, false};
+    LoadEntities();
+    EXPECT_EQ(OfBranch("full"), (std::vector{on, on, on}));
+    EXPECT_EQ(OfBranch("off"), (std::vector{on, on, State{false, true}}));
+
+    // The user toggles before the scan: one node at a time, children untouched.
+    engine->SetItemCheck(HandleOf(Category()), false, true);
+    EXPECT_EQ(OfBranch("full"), (std::vector{off, on, on}));
+    engine->SetItemCheck(HandleOf(Category()), true, true);
+    engine->SetItemCheck(HandleOf(Application()), false, false);
+    engine->SetItemCheck(HandleOf(Entity("Category", "Application", "full")), false, false);
+    EXPECT_EQ(OfBranch("full"), (std::vector{on, unselected, unselected}));
+
+    // A scan selects what it visits and unselects what has no results.
+    Scan();
+    EXPECT_EQ(OfBranch("full"), (std::vector{on, on, on}));
+    EXPECT_EQ(OfBranch("empty"), (std::vector{on, on, unselected}));
+    EXPECT_EQ(OfBranch("off"), (std::vector{on, on, off}));
+    std::vector<HSCANITEM> pruned;
+    for (const RecordedMessage& message : window.Messages(WM_ENGINE_NODE_DONE)) {
+        pruned.push_back(reinterpret_cast<HSCANITEM>(message.wParam));
+    }
+    EXPECT_EQ(pruned, (std::vector{HandleOf(Entity("Category", "Application", "empty")),
+                                   HandleOf(Entity("Category", "Application", "off"))}));
+
+    // The user unticks one result; the clean takes the other and leaves the flags alone.
+    const auto results = Results(Entity("Category", "Application", "full"));
+    ASSERT_EQ(results.size(), 2u);
+    const bool firstIsA = results[0]->name == "a.txt";
+    engine->SetItemCheck(HandleOf(*results[0]), false, false);
+    EXPECT_FALSE(results[0]->enabled);
+    EXPECT_TRUE(results[1]->enabled);
+    const HSCANITEM stale = HandleOf(*results[1]);
+    Clean();
+    EXPECT_EQ(Exists(folder.At("a.txt")), firstIsA);
+    EXPECT_EQ(Exists(folder.At("b.txt")), !firstIsA);
+    EXPECT_EQ(OfBranch("full"), (std::vector{on, on, on}));
+    EXPECT_EQ(OfBranch("off"), (std::vector{on, on, off}));
+    EXPECT_TRUE(Results(Entity("Category", "Application", "full")).empty());
+    EXPECT_EQ(ItemString(stale), "<item not found>");
+    engine->SetItemCheck(stale, false, true);
+    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category())), 1);
+    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Application())), -1);
+    EXPECT_EQ(engine->GetCategoryCleaned(nullptr), -1);
+
+    // A reload starts again, with the enabled flags of before.
+    engine->SetItemCheck(HandleOf(Entity("Category", "Application", "full")), false, true);
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(OfBranch("full"), (std::vector{on, on, State{false, true}}));
+}
+
+TEST_F(Flags, OfADryRunSurviveAllRunsOfTheSession) {
+    LoadEntities();
+    engine->SetScanOnly(true);
+    for (int run = 0; run < 2; ++run) {
+        Scan();
+        Clean();
+        EXPECT_EQ(engine->GetItemsCleaned(), 2u);
+        EXPECT_TRUE(Exists(folder.At("a.txt")));
+    }
+    engine->SetScanOnly(false);
+    Scan();
     Clean();
     EXPECT_FALSE(Exists(folder.At("a.txt")));
 }

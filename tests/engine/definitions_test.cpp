@@ -1,0 +1,324 @@
+#include <gtest/gtest.h>
+#include <shlobj.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/cleaning_engine.h"
+#include "engine/engine_fixture.h"
+#include "engine/registry_location.h"
+#include "support/api_hook.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kItem = ItemXml("File", "C:\\f");
+const std::string kEntity = ElementXml("Entity", "Name='E'", kItem);
+const std::string kApplication = ElementXml("Application", "Name='A'", kEntity);
+const std::string kCategory = ElementXml("Category", "Name='C'", kApplication);
+
+class Definitions : public EngineTest {
+  protected:
+    // What was loaded, in one line: "C{A{E{1 item}}}".
+    std::string Outline() const {
+        std::string text;
+        for (const tagCLEAN_CATEGORY& category : engine->Categories()) {
+            text += category.name + "{";
+            for (const tagCLEAN_APPLICATION& application : category.applications) {
+                text += application.name + "{";
+                for (const tagCLEAN_ENTITY& entity : application.entities) {
+                    text += entity.name + "{" + std::to_string(Items(entity).size()) + "}";
+                }
+                text += "}";
+            }
+            text += "}";
+        }
+        return text;
+    }
+};
+
+struct DocumentCase {
+    const char* name;
+    std::string xml;
+    const char* outline;
+};
+
+TEST_F(Definitions, LoadWhatCanBeUsedAndDropTheRestElementByElement) {
+    const std::string noApplications = ElementXml("Category", "Name='X'", "");
+    const DocumentCase cases[] = {
+        {"a whole document", DefinitionsXml(kCategory), "C{A{E{1}}}"},
+        {"order stays and names may repeat",
+         DefinitionsXml(kCategory + ElementXml("Category", "Name='B'", kApplication) + kCategory),
+         "C{A{E{1}}}B{A{E{1}}}C{A{E{1}}}"},
+        {"a root without categories", DefinitionsXml(""), ""},
+        {"no root", ElementXml("definitions", "", kCategory), ""},
+        {"the root is found at any depth", "<a><b>" + DefinitionsXml(kCategory) + "</b></a>", "C{A{E{1}}}"},
+        {"the first root counts, depth first",
+         "<a><b>" + DefinitionsXml("") + "</b>" + DefinitionsXml(kCategory) + "</a>", ""},
+        {"names are compared with case", DefinitionsXml(ElementXml("category", "Name='X'", kApplication)),
+         ""},
+        {"attributes too", DefinitionsXml(ElementXml("Category", "name='X'", kApplication)), ""},
+        {"categories are children of the root itself",
+         DefinitionsXml("<More>" + kCategory + "</More>" + kCategory), "C{A{E{1}}}"},
+        {"other elements are passed over on every level",
+         DefinitionsXml("text<Application/>" +
+                        ElementXml("Category", "Name='C'",
+                                   "<Entity/>" + ElementXml("Application", "Name='A'",
+                                                            "<Category/>" + kEntity + "<!-- x -->"))),
+         "C{A{E{1}}}"},
+        {"a category without a name goes",
+         DefinitionsXml(ElementXml("Category", "Help='x'", kApplication) + kCategory), "C{A{E{1}}}"},
+        {"one with an empty name stays", DefinitionsXml(ElementXml("Category", "Name=''", kApplication)),
+         "{A{E{1}}}"},
+        {"an application without a name goes, or with an empty one",
+         DefinitionsXml(ElementXml("Category", "Name='C'",
+                                   ElementXml("Application", "", kEntity) +
+                                       ElementXml("Application", "Name=''", kEntity) + kApplication)),
+         "C{A{E{1}}}"},
+        {"an entity likewise",
+         DefinitionsXml(ElementXml(
+             "Category", "Name='C'",
+             ElementXml("Application", "Name='A'",
+                        ElementXml("Entity", "", kItem) + ElementXml("Entity", "Name=''", kItem) + kEntity))),
+         "C{A{E{1}}}"},
+        {"an entity without items takes its empty parents with it",
+         DefinitionsXml(
+             ElementXml("Category", "Name='X'",
+                        ElementXml("Application", "Name='A'", ElementXml("Entity", "Name='E'", ""))) +
+             noApplications + kCategory),
+         "C{A{E{1}}}"},
+        {"every child of an entity is an item, whatever it is called",
+         DefinitionsXml(ElementXml("Category", "Name='C'",
+                                   ElementXml("Application", "Name='A'",
+                                              ElementXml("Entity", "Name='E'",
+                                                         "text<a Type='File' Location='C:\\' Action='All'/>"
+                                                         "<b Type='File' Location='C:\\' Action='All'/>")))),
+         "C{A{E{2}}}"},
+        {"not XML at all", "xclean_def", ""},
+        {"cut off in its last tag", "<xclean_def>" + kCategory + "</xclean_de", ""},
+    };
+    for (const DocumentCase& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(Load(c.xml), *c.outline != '\0');
+        EXPECT_EQ(Outline(), c.outline);
+    }
+}
+
+TEST_F(Definitions, CountTheirNodes) {
+    ASSERT_TRUE(Load(DefinitionsXml(
+        kCategory + ElementXml("Category", "Name='D'",
+                               kApplication + ElementXml("Application", "Name='B'", kEntity + kEntity)))));
+    EXPECT_EQ(engine->LoadedNodeCount(), 5u);
+    EXPECT_EQ(Category("C").applicationCount, 1u);
+    EXPECT_EQ(Category("D").applicationCount, 2u);
+    EXPECT_EQ(Application("D", "B").entityCount, 2u);
+    WriteDefinitions(DefinitionsXml(""));
+    EXPECT_FALSE(Load());
+    EXPECT_EQ(engine->LoadedNodeCount(), 0u);
+    EXPECT_EQ(engine->Categories().Head(), nullptr);
+}
+
+TEST_F(Definitions, KeepVersionAndDateOfBeforeWhereANewDocumentHasNone) {
+    EXPECT_EQ(engine->GetDefinitionsVersion(), 0u);
+    EXPECT_FALSE(engine->GetDefinitionsDate());
+    Load("<xclean_def version='20080501 or so' date=' May &#49; '>" + kCategory + "</xclean_def>");
+    EXPECT_EQ(engine->GetDefinitionsVersion(), 20080501u);
+    EXPECT_EQ(engine->GetDefinitionsDate(), " May &#49; ");
+    Load("<xclean_def>" + kCategory + "</xclean_def>");
+    EXPECT_EQ(engine->GetDefinitionsVersion(), 20080501u);
+    EXPECT_EQ(engine->GetDefinitionsDate(), " May &#49; ");
+    Load("<xclean_def version='new' date=''>" + kCategory + "</xclean_def>");
+    EXPECT_EQ(engine->GetDefinitionsVersion(), 0u);
+    EXPECT_EQ(engine->GetDefinitionsDate(), "");
+}
+
+TEST_F(Definitions, DecodeOneKindOfReferenceInAWholeDocument) {
+    const auto nameAfterLoad = [&](const std::string& help, const std::string& name) {
+        EXPECT_TRUE(Load(
+            DefinitionsXml(ElementXml("Category", "Help='" + help + "' Name='" + name + "'", kApplication))));
+        return engine->Categories().Head()->name;
+    };
+    EXPECT_EQ(nameAfterLoad("", "A & B &lt; &#65;"), "A & B &lt; &#65;");
+    EXPECT_EQ(nameAfterLoad("", "A &amp; B"), "A & B");
+    EXPECT_EQ(nameAfterLoad("x &amp; y", "&quot;A&quot; &apos;"), "&quot;A&quot; &apos;");
+    EXPECT_EQ(nameAfterLoad("", "&quot;A&quot;"), "\"A\"");
+    // In the other kind of quotes an apostrophe, too, is decoded before the document is parsed.
+    EXPECT_TRUE(
+        Load(DefinitionsXml(ElementXml("Category", "Name=\"A&apos;s\" Help=\"&lt;&lt;\"", kApplication))));
+    EXPECT_EQ(engine->Categories().Head()->name, "A's");
+    EXPECT_FALSE(Load(DefinitionsXml(ElementXml("Category", "Name=\"A &quot;B&quot;\"", kApplication))));
+}
+
+TEST_F(Definitions, SwitchRecordsOffAndOnByTheirFirstCharacter) {
+    struct {
+        const char* attributes;
+        bool enabled;
+        bool whitelistable;
+    } const cases[] = {
+        {"", true, false},
+        {"Default='0'", false, false},
+        {"Default='no'", false, false},
+        {"Default='nonsense'", false, false},
+        {"Default='N'", true, false},
+        {"Default='No'", true, false},
+        {"Default=''", true, false},
+        {"Default=' 0'", true, false},
+        {"Default='1' Whitelist='1'", true, true},
+        {"Whitelist='10'", true, true},
+        {"Whitelist='0'", true, false},
+        {"Whitelist='yes'", true, false},
+        {"Whitelist=''", true, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.attributes);
+        const std::string attributes = c.attributes;
+        ASSERT_TRUE(Load(DefinitionsXml(
+            ElementXml("Category", "Name='C' " + attributes,
+                       ElementXml("Application", "Name='A' " + attributes,
+                                  ElementXml("Entity", "Name='E' Help='h' " + attributes, kItem))))));
+        EXPECT_TRUE(Category("C").enabled) << "a category knows no default";
+        EXPECT_EQ(Application("C", "A").enabled, c.enabled);
+        EXPECT_EQ(Entity("C", "A", "E").enabled, c.enabled);
+        EXPECT_EQ(Entity("C", "A", "E").whitelistable, c.whitelistable);
+        EXPECT_TRUE(Category("C").selected && Application("C", "A").selected &&
+                    Entity("C", "A", "E").selected);
+        EXPECT_EQ(Entity("C", "A", "E").help, "h");
+        ::DeleteFileA(preferencesFile.c_str());
+        RestartEngine();
+    }
+}
+
+TEST_F(Definitions, TakeAnApplicationForPresentByItsInstallLocation) {
+    folder.MakeFile("setup\\program.exe");
+    const std::pair<std::string, bool> cases[] = {
+        {"", true},
+        {"InstallLocation=''", true},
+        {"InstallLocation='" + folder.At("setup") + "'", true},
+        {"InstallLocation='" + folder.At("setup\\") + "'", true},
+        {"InstallLocation='" + folder.At("setup\\program.exe") + "'", true},
+        {"InstallLocation='" + folder.At("setup\\other.exe") + "'", false},
+        {"InstallLocation='%WinDir%\\system32'", true},
+        {"InstallLocation='%unknown%\\system32'", false},
+        {"InstallLocation='%nothing%'", false},
+    };
+    for (const auto& [attribute, present] : cases) {
+        SCOPED_TRACE(attribute);
+        ASSERT_TRUE(Load(DefinitionsXml(
+            ElementXml("LocationVariables", "",
+                       "<LocationVariable Name='nothing' Type='SYS' Location='' ValueName=''/>") +
+            ElementXml("Category", "Name='C'",
+                       ElementXml("Application", "Name='A' " + attribute, kEntity)))));
+        EXPECT_EQ(Application("C", "A").present, present);
+    }
+}
+
+class DefinitionsFile : public EngineTest {
+  protected:
+    DefinitionsFile() {
+        folder.MakeFolder("common\\Quillmere\\Velvane");
+        folder.MakeFolder("program");
+        folders.Replace([this](HWND owner, int csidl, HANDLE token, DWORD flags, LPSTR path) {
+            if (csidl != CSIDL_COMMON_APPDATA) return folders.Real()(owner, csidl, token, flags, path);
+            if (noCommonFolder) return HRESULT{E_FAIL};
+            ::lstrcpynA(path, folder.At("common").c_str(), MAX_PATH);
+            return HRESULT{S_OK};
+        });
+        program.Replace([this](HMODULE module, LPSTR path, DWORD size) {
+            if (module != nullptr) return program.Real()(module, path, size);
+            const std::string file = folder.At("program\\velvane.exe");
+            ::lstrcpynA(path, file.c_str(), static_cast<int>(size));
+            return static_cast<DWORD>(file.size());
+        });
+        engine.emplace();  // one that finds its file by itself
+        engine->SetPreferencesFile(preferencesFile);
+    }
+
+    std::string Common() const { return folder.At("common\\Quillmere\\Velvane\\cleaning.db"); }
+    std::string BesideTheProgram() const { return folder.At("program\\cleaning.db"); }
+
+    void Write(const std::string& file, const char* category) const {
+        folder.MakeFile(
+            file.substr(folder.Path().size()),
+            PackDb(DefinitionsXml(ElementXml("Category", "Name='"s + category + "'", kApplication))));
+    }
+
+    // The name of the loaded category, empty if the load failed.
+    std::string LoadedCategory() { return Load() ? engine->Categories().Head()->name : ""; }
+
+    bool noCommonFolder = false;
+    ApiHook<decltype(&::SHGetFolderPathA)> folders = API_HOOK(SHGetFolderPathA);
+    ApiHook<decltype(&::GetModuleFileNameA)> program = API_HOOK(GetModuleFileNameA);
+};
+
+TEST_F(DefinitionsFile, IsTheFirstThatOpensOfTheTwoPlaces) {
+    EXPECT_EQ(LoadedCategory(), "") << "neither is there";
+    Write(BesideTheProgram(), "program");
+    EXPECT_EQ(LoadedCategory(), "program");
+    Write(Common(), "common");
+    EXPECT_EQ(LoadedCategory(), "common");
+    {
+        const HANDLE writer = ::CreateFileA(Common().c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                            OPEN_EXISTING, 0, nullptr);
+        EXPECT_EQ(LoadedCategory(), "program") << "the first is being written";
+        ::CloseHandle(writer);
+    }
+    noCommonFolder = true;
+    EXPECT_EQ(LoadedCategory(), "program");
+    noCommonFolder = false;
+    folder.MakeFile("common\\Quillmere\\Velvane\\cleaning.db", "nonsense");
+    EXPECT_EQ(LoadedCategory(), "") << "what opens is what counts";
+}
+
+TEST_F(DefinitionsFile, ThatIsNotReadToItsEndFailsTheLoad) {
+    Write(Common(), "common");
+    Write(BesideTheProgram(), "program");
+    auto reads = API_HOOK(ReadFile);
+    reads.ReplaceAt(1, [&](HANDLE file, LPVOID buffer, DWORD size, LPDWORD read, LPOVERLAPPED overlapped) {
+        return reads.Real()(file, buffer, size - 1, read, overlapped);
+    });
+    reads.FailAt(2, ERROR_READ_FAULT);
+    EXPECT_EQ(LoadedCategory(), "");
+    EXPECT_EQ(LoadedCategory(), "");
+    EXPECT_EQ(LoadedCategory(), "common");
+}
+
+TEST_F(DefinitionsFile, MayHoldTheBareTextUnderTheKeyButNotWithoutIt) {
+    std::string text = DefinitionsXml(kCategory);
+    folder.MakeFile("program\\cleaning.db", text);
+    EXPECT_EQ(LoadedCategory(), "");
+    for (char& c : text) c = static_cast<char>(c ^ 0x5B);
+    folder.MakeFile("program\\cleaning.db", text);
+    EXPECT_EQ(LoadedCategory(), "C");
+}
+
+TEST(RegistryLocationOf, ATextIsDecidedByItsFirstFourthAndFifthCharacter) {
+    struct {
+        const char* text;
+        HKEY hive;
+        const char* path;  // null: no hive path
+    } const cases[] = {
+        {"HKLM\\Software", HKEY_LOCAL_MACHINE, "Software"},
+        {"HKCU\\Software\\x\\", HKEY_CURRENT_USER, "Software\\x\\"},
+        {"HKCR\\a", HKEY_CLASSES_ROOT, "a"},
+        {"HxyM\\a", HKEY_LOCAL_MACHINE, "a"},
+        {"HKXX\\abc", nullptr, "abc"},
+        {"HKCu\\a", nullptr, "a"},
+        {"HKCU\\", nullptr, nullptr},
+        {"", nullptr, nullptr},
+        {"hkcu\\abc", nullptr, nullptr},
+        {"HKU\\abc", nullptr, nullptr},
+        {"HKEY_LOCAL_MACHINE\\Software", nullptr, nullptr},
+        {"HKCU/Software", nullptr, nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const auto location = ParseRegistryLocation(c.text);
+        ASSERT_EQ(location.has_value(), c.path != nullptr);
+        if (!location) continue;
+        EXPECT_EQ(location->hive, c.hive);
+        EXPECT_EQ(location->path, c.path);
+    }
+}
+
+}  // namespace

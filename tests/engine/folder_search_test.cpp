@@ -1,0 +1,316 @@
+#include "engine/folder_search.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "engine/recording_sink.h"
+#include "support/api_hook.h"
+#include "support/folder_link.h"
+#include "support/sandbox.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::wstring Wide(const std::string& text) {
+    std::wstring wide(text.size(), L'\0');
+    const int length = static_cast<int>(text.size());
+    wide.resize(static_cast<std::size_t>(
+        ::MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), length)));
+    return wide;
+}
+
+std::string Narrow(const std::wstring& text) {
+    std::string narrow(text.size() * 3, '\0');
+    const int size = static_cast<int>(narrow.size());
+    narrow.resize(static_cast<std::size_t>(::WideCharToMultiByte(
+        CP_UTF8, 0, text.data(), static_cast<int>(text.size()), narrow.data(), size, nullptr, nullptr)));
+    return narrow;
+}
+
+// Makes a file whose path may be too long for the A calls.
+void MakeLongFile(const std::string& path) {
+    const HANDLE file = ::CreateFileW((L"\\\\?\\" + Wide(path)).c_str(), GENERIC_WRITE, 0, nullptr,
+                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE) << path;
+    ::CloseHandle(file);
+}
+
+void MakeLongFolder(const std::string& path) {
+    ASSERT_TRUE(::CreateDirectoryW((L"\\\\?\\" + Wide(path)).c_str(), nullptr)) << path;
+}
+
+Lines Search(const std::string& folder, const char* mask = nullptr) {
+    RecordingSink sink;
+    const std::uint32_t count = ScanFolder(folder, mask, sink);
+    EXPECT_EQ(count, sink.traces.size()) << "the count is that of the traces";
+    return sink.Lines(folder);
+}
+
+// --- a tree by chance, against a walk that shares nothing with the search ---
+
+using Fits = std::function<bool(const std::string&)>;
+
+void Walk(const std::string& root, const std::string& below, const Fits& fits, Lines& lines) {
+    WIN32_FIND_DATAW entry;
+    const HANDLE find = ::FindFirstFileW(Wide(root + below + "*").c_str(), &entry);
+    ASSERT_NE(find, INVALID_HANDLE_VALUE);
+    do {
+        const std::string name = Narrow(entry.cFileName);
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            if (!fits || fits(name)) lines.push_back("file " + below + "|" + name);
+        } else if (name != "." && !name.starts_with("..")) {
+            Walk(root, below + name + "\\", fits, lines);
+            if (!fits) lines.push_back("folder " + below + "|" + name + "\\");
+        }
+    } while (::FindNextFileW(find, &entry));
+    ::FindClose(find);
+}
+
+class RandomTree {
+  public:
+    explicit RandomTree(unsigned seed) : m_random(seed) { Fill("", 0); }
+    const std::string& Path() const { return m_folder.Path(); }
+    int Entries() const { return m_entries; }
+
+  private:
+    std::size_t Any(std::size_t count) {
+        return std::uniform_int_distribution<std::size_t>(0, count - 1)(m_random);
+    }
+
+    std::string AnyName() {
+        static constexpr const char* kStarts[] = {"", "", "", ".", "..", "...x"};
+        static constexpr const char* kMiddles[] = {"a",          "B b", "\u00e9", "\u6f22\u5b57",
+                                                   "\U0001f5d1", "(1)", "`",      "%"};
+        static constexpr const char* kEnds[] = {"", "", ".tmp", ".TMP", ".x.tmp", ".tmp.x", ".\u00e9"};
+        return kStarts[Any(6)] + std::string(kMiddles[Any(8)]) + std::to_string(++m_entries) + kEnds[Any(7)];
+    }
+
+    void Fill(const std::string& below, int depth) {
+        for (std::size_t i = Any(9); i > 0; --i) MakeLongFile(Path() + below + AnyName());
+        for (std::size_t i = depth < 4 ? Any(4) + (depth == 0) : 0; i > 0; --i) {
+            const std::string name = below + AnyName();
+            MakeLongFolder(Path() + name);
+            Fill(name + "\\", depth + 1);
+        }
+    }
+
+    TestFolder m_folder;
+    std::mt19937 m_random;
+    int m_entries = 0;
+};
+
+TEST(FolderSearch, FindsWhatAWalkInWideCharactersFinds) {
+    int entries = 0;
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        const RandomTree tree(seed);
+        entries += tree.Entries();
+        Lines all;
+        Walk(tree.Path(), "", nullptr, all);
+        EXPECT_EQ(Search(tree.Path()), all);
+
+        // The star stops at a dot, so what it fits has this one alone.
+        Lines masked;
+        Walk(
+            tree.Path(), "",
+            [](const std::string& name) {
+                return name.ends_with(".tmp") && name.find('.') == name.size() - 4;
+            },
+            masked);
+        EXPECT_EQ(Search(tree.Path(), "*.tmp"), masked);
+    }
+    EXPECT_GT(entries, 150) << "the trees have become too small to tell anything";
+}
+
+// --- what is found and what is not ---
+
+TEST(FolderSearch, MaskTakesFilesInAllFoldersAndNoFolder) {
+    const TestFolder folder;
+    for (const char* name : {"a.log", "B.LOG", "report.2008.log", "sub\\c.log", "sub\\deep.log\\d.log"}) {
+        folder.MakeFile(name);
+    }
+    Lines found = Search(folder.Path(), "*.log");
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, (Lines{"file sub\\deep.log\\|d.log", "file sub\\|c.log", "file |a.log"}));
+    EXPECT_EQ(Search(folder.Path() + "nowhere\\"), Lines());
+}
+
+TEST(FolderSearch, PathsThatDoNotFitArePassedOverAndNeverCut) {
+    const TestFolder folder;
+    std::string deep = folder.Path();
+    while (deep.size() < 190) {
+        deep += std::string(std::min<std::size_t>(50, 200 - deep.size()), 'd');
+        MakeLongFolder(deep);
+        deep += '\\';
+    }
+    const auto nameFor = [&](std::size_t length, char letter) {
+        return std::string(length - deep.size(), letter);
+    };
+    MakeLongFile(deep + nameFor(259, 'f'));
+    MakeLongFile(deep + nameFor(260, 'f'));
+    // A folder is known by its path with a backslash, which takes one more.
+    MakeLongFolder(deep + nameFor(258, 'g'));
+    MakeLongFile(deep + nameFor(258, 'g') + "\\in");
+    MakeLongFolder(deep + nameFor(259, 'g'));
+    const Lines fitting = {"file |" + nameFor(259, 'f'), "folder |" + nameFor(258, 'g') + "\\"};
+    Lines found = Search(deep);
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(found, fitting);
+
+    RecordingSink sink;
+    EXPECT_EQ(ScanFiles(deep + "*", sink), 1u);
+    EXPECT_EQ(sink.Lines(deep), Lines{fitting[0]});
+    EXPECT_TRUE(Exists(deep + *sink.traces.at(0).name));
+    EXPECT_EQ(Search(folder.Path() + std::string(300, 'x') + "\\"), Lines());
+}
+
+TEST(FolderSearch, NamesThatDoNotNameTheFileArePassedOver) {
+    const TestFolder folder;
+    folder.MakeFile("\u00e9\u6f22\U0001f5d1.txt");
+    folder.MakeFile("other.txt");
+    auto next = API_HOOK(FindNextFileA);
+    next.Replace([&](HANDLE find, WIN32_FIND_DATAA* entry) {
+        const BOOL found = next.Real()(find, entry);
+        // As the character comes from a code page that lacks it.
+        if (found && std::strcmp(entry->cFileName, "other.txt") == 0) entry->cFileName[0] = '?';
+        return found;
+    });
+    EXPECT_EQ(Search(folder.Path()), Lines{"file |\u00e9\u6f22\U0001f5d1.txt"});
+}
+
+TEST(FolderSearch, AnEntryThatFailsByItselfDoesNotHideTheOthers) {
+    const TestFolder folder;
+    for (const char* name : {"1", "2", "3"}) folder.MakeFile(name);
+    const auto searchBoth = [&](DWORD error) {
+        auto next = API_HOOK(FindNextFileA);
+        std::string passed;
+        next.ReplaceAt(3, [&](HANDLE find, WIN32_FIND_DATAA* entry) {  // behind ".." and one file
+            EXPECT_TRUE(next.Real()(find, entry));
+            passed = entry->cFileName;
+            ::SetLastError(error);
+            return FALSE;
+        });
+        const Lines found = Search(folder.Path());
+        EXPECT_EQ(std::count(found.begin(), found.end(), "file |" + passed), 0);
+        return found.size();
+    };
+    EXPECT_EQ(searchBoth(ERROR_MORE_DATA), 2u);
+    EXPECT_EQ(searchBoth(ERROR_NO_MORE_FILES), 1u);
+}
+
+TEST(FolderSearch, LinksAreListedAndNeverEntered) {
+    const TestFolder folder;
+    // As dwReserved0 tells it; Wine tells nothing of its own links.
+    const std::map<std::string, DWORD> tags = {
+        {"cloud 0", 0x9000001A}, {"cloud 6", 0x9000601A}, {"cloud F", 0x9000F01A},  {"junction", 0xA0000003},
+        {"symlink", 0xA000000C}, {"untagged", 0},         {"almost 1", 0x9000601B}, {"almost 2", 0xA000601A}};
+    Lines expected;
+    for (const auto& [name, tag] : tags) {
+        folder.MakeFile(name + "\\in.tmp");
+        if (name.starts_with("cloud")) expected.push_back("file " + name + "\\|in.tmp");
+        expected.push_back("folder |" + name + "\\");
+    }
+    auto next = API_HOOK(FindNextFileA);
+    next.Replace([&](HANDLE find, WIN32_FIND_DATAA* entry) {
+        const BOOL found = next.Real()(find, entry);
+        const auto tag = tags.find(entry->cFileName);
+        if (found && tag != tags.end()) {
+            entry->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+            entry->dwReserved0 = tag->second;
+        }
+        return found;
+    });
+    Lines found = Search(folder.Path());
+    std::sort(found.begin(), found.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(Search(folder.Path(), "*.tmp").size(), 3u);
+}
+
+TEST(FolderSearch, ARealLinkIsListedAndNeverEntered) {
+    const TestFolder folder;
+    const TestFolder elsewhere;
+    elsewhere.MakeFile("precious.txt");
+    folder.MakeFolder("real");
+    const FolderLink link(folder.At("real\\link"), elsewhere.Path());
+    ASSERT_TRUE(Exists(folder.At("real\\link\\precious.txt"))) << "the link does not work";
+    EXPECT_EQ(Search(folder.Path()), (Lines{"folder real\\|link\\", "folder |real\\"}));
+    EXPECT_EQ(Search(folder.Path(), "*.txt"), Lines());
+}
+
+TEST(FolderSearch, AStopIsHeededBehindEachEntry) {
+    const TestFolder folder;
+    for (const char* name : {"sub\\1", "sub\\2", "sub\\3"}) folder.MakeFile(name);
+    RecordingSink sink;
+    sink.stopAfter = 2;
+    EXPECT_EQ(ScanFolder(folder.At("sub\\"), nullptr, sink), 2u);
+    sink = {};
+    sink.stopAfter = 2;
+    // The folder that was left half-way is a result all the same.
+    EXPECT_EQ(ScanFolder(folder.Path(), nullptr, sink), 3u);
+    EXPECT_EQ(sink.Lines(folder.Path()).back(), "folder |sub\\");
+    sink = {};
+    sink.stopAfter = 2;
+    EXPECT_EQ(ScanFiles(folder.At("sub\\*"), sink), 2u);
+}
+
+TEST(FileSearch, FollowsTheSystemsPatternsInOneFolder) {
+    const TestFolder folder;
+    for (const char* name :
+         {"a.log", "B.LOG", "report.2008.log", "folder.log\\in.log", "sub\\c.log", "d.txt"}) {
+        folder.MakeFile(name);
+    }
+    const auto search = [&](const std::string& pattern) {
+        RecordingSink sink;
+        const std::uint32_t count = ScanFiles(folder.Path() + pattern, sink);
+        EXPECT_EQ(count, sink.traces.size());
+        Lines found = sink.Lines(folder.Path());
+        std::sort(found.begin(), found.end());
+        return found;
+    };
+    EXPECT_EQ(search("*.log"), (Lines{"file |B.LOG", "file |a.log", "file |report.2008.log"}));
+    EXPECT_EQ(search("?.log"), (Lines{"file |B.LOG", "file |a.log"}));
+    EXPECT_EQ(search("b.log"), Lines{"file |B.LOG"});
+    EXPECT_EQ(search("sub"), Lines());
+    EXPECT_EQ(search(""), Lines());
+    EXPECT_EQ(search("sub\\*"), Lines{"file sub\\|c.log"});
+}
+
+TEST(IniSearch, FindsAKeyThatHasAText) {
+    const TestFolder folder;
+    const std::string file =
+        folder.MakeFile("a.ini", "[Recent Files]\r\nFile1=C:\\x.txt\r\nEmpty=\r\nQuotes=\"\"\r\n");
+    const struct {
+        const char* what;
+        std::string valueName;
+        bool found;
+    } kCases[] = {
+        {"a key with a text", "[Recent Files]File1", true},
+        {"in any case", "[recent files]FILE1", true},
+        {"an empty text", "[Recent Files]Empty", false},
+        {"quotes around nothing", "[Recent Files]Quotes", false},
+        {"a missing key", "[Recent Files]File2", false},
+        {"a missing section", "[Recent]File1", false},
+        {"no closing bracket", "[Recent FilesFile1", false},
+        {"a section that does not fit", "[" + std::string(400, 's') + "]File1", false},
+    };
+    for (const auto& row : kCases) {
+        RecordingSink sink;
+        EXPECT_EQ(ScanIniValue(file, row.valueName, sink), 0u) << "kept: never counted";
+        EXPECT_EQ(sink.Lines(), row.found ? Lines{"ini " + file + "|" + row.valueName} : Lines()) << row.what;
+    }
+    RecordingSink sink;
+    ScanIniValue(folder.At("missing.ini"), "[a]b", sink);
+    EXPECT_TRUE(sink.traces.empty());
+}
+
+}  // namespace

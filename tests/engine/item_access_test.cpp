@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <string>
+#include <vector>
+
+#include "engine/cleaning_engine.h"
+#include "engine/engine_fixture.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+class ItemText : public EngineTest {
+  protected:
+    struct Text {
+        std::string text;
+        DWORD kind;
+        bool operator==(const Text&) const = default;
+        friend void PrintTo(const Text& text, std::ostream* out) {
+            *out << '"' << text.text << "\" of kind " << text.kind;
+        }
+    };
+
+    Text TextOf(HSCANITEM handle) const {
+        char buffer[1024] = "(untouched)";
+        DWORD kind = 77;
+        engine->GetItemString(handle, buffer, sizeof buffer, &kind);
+        return {buffer, kind};
+    }
+    Text TextOf(const tagCLEAN_RESULT& result) const { return TextOf(HandleOf(result)); }
+
+    // The results of a scan of one entity with these items.
+    std::vector<tagCLEAN_RESULT*> ScanOf(const std::string& items) {
+        EXPECT_TRUE(Load(OneEntityXml(items)));
+        Scan();
+        return Results(Entity());
+    }
+};
+
+TEST_F(ItemText, OfTheDefinitionLevelsIsTheirNameOrLocation) {
+    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("x*.txt")) + ItemXml("Nothing", "anywhere"))));
+    const auto items = Items(Entity());
+    EXPECT_EQ(TextOf(HandleOf(Category())), (Text{"Category", 1}));
+    EXPECT_EQ(TextOf(HandleOf(Application())), (Text{"Application", 1}));
+    EXPECT_EQ(TextOf(HandleOf(Entity())), (Text{"Entity", 1}));
+    EXPECT_EQ(TextOf(HandleOf(*items[0])), (Text{folder.At("x*.txt"), 1}));
+    EXPECT_EQ(TextOf(HandleOf(*items[1])), (Text{"", 1})) << "an item of an unknown type has no location";
+    EXPECT_EQ(TextOf(HandleOf(folder)), (Text{"<item not found>", 1}));
+}
+
+TEST_F(ItemText, OfARegistryValueEndsInWhatItHoldsNow) {
+    const TestKey key(HKEY_CURRENT_USER);
+    key.SetText("text", "a b");
+    key.SetRaw("unexpanded", REG_EXPAND_SZ, "%windir%\\x\0"s);
+    key.SetRaw("list", REG_MULTI_SZ, "one\0two\0\0"s);
+    key.SetNumber("number", 4000000000u);
+    key.SetRaw("bytes", REG_BINARY, "\x01\x02"s);
+    key.SetRaw("many bytes", REG_BINARY, "\x01\x02\x03\x04\x05"s);
+    key.SetText("", "default");
+    const std::pair<const char*, const char*> cases[] = {
+        {"text", "\"a b\""},      {"unexpanded", "\"%windir%\\x\""},
+        {"list", "\"one, two\""}, {"number", "4000000000"},
+        {"bytes", "513"},         {"many bytes", "0"},
+    };
+    std::string items = ItemXml("RegKey", "HKCU\\" + key.Path());
+    for (const auto& [name, value] : cases) {
+        items += ItemXml("RegValue", "HKCU\\" + key.Path(), "Delete", name);
+    }
+    const std::string start = "HKEY_CURRENT_USER\\" + key.Path() + "\\";
+    const auto results = ScanOf(items);
+    ASSERT_EQ(results.size(), std::size(cases) * 2 + 1);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const auto& [name, value] = cases[i];
+        EXPECT_EQ(TextOf(*results[results.size() - std::size(cases) + i]),
+                  (Text{start + name + " = " + value, 1}));
+    }
+    const auto isDefault = [](const tagCLEAN_RESULT* result) { return result->name == ""; };
+    const auto unnamed = std::find_if(results.begin(), results.end(), isDefault);
+    ASSERT_NE(unnamed, results.end());
+    EXPECT_EQ(TextOf(**unnamed), (Text{start + " = \"default\"", 1}));
+
+    key.SetText("text", "other");
+    EXPECT_EQ(TextOf(*results[results.size() - std::size(cases)]), (Text{start + "text = \"other\"", 1}));
+}
+
+TEST_F(ItemText, OfARegistryKeyIsItsPathBelowTheLongNameOfItsRoot) {
+    const TestKey user(HKEY_CURRENT_USER);
+    const TestKey machine(HKEY_LOCAL_MACHINE);
+    user.MakeKey("sub");
+    machine.MakeKey("sub");
+    const auto results =
+        ScanOf(ItemXml("RegKey", "HKCU\\" + user.Path()) + ItemXml("RegKey", "HKLM\\" + machine.Path()));
+    ASSERT_EQ(results.size(), 2u);
+    EXPECT_EQ(TextOf(*results[0]), (Text{"HKEY_CURRENT_USER\\" + user.At("sub"), 1}));
+    EXPECT_EQ(TextOf(*results[1]), (Text{"HKEY_LOCAL_MACHINE\\" + machine.At("sub"), 1}));
+    results[0]->item->hive = HKEY_CLASSES_ROOT;
+    EXPECT_EQ(TextOf(*results[0]), (Text{"HKEY_CLASSES_ROOT\\" + user.At("sub"), 1}));
+}
+
+TEST_F(ItemText, OfAFileIsItsPathAndOfAFolderItsNameAlone) {
+    folder.MakeFile("tree\\file.txt");
+    folder.MakeFolder("tree\\sub");
+    auto results = ScanOf(ItemXml("Folder", folder.At("tree\\")));
+    ASSERT_EQ(results.size(), 2u);
+    if (results[0]->type != ResultType::File) std::swap(results[0], results[1]);
+    EXPECT_EQ(TextOf(*results[0]), (Text{folder.At("tree\\file.txt"), 2}));
+    EXPECT_EQ(TextOf(*results[1]), (Text{"sub\\", 1}));
+    results[1]->name.reset();
+    EXPECT_EQ(TextOf(*results[1]), (Text{folder.At("tree\\"), 1}));
+}
+
+TEST_F(ItemText, OfAnIniValueIsItsKeyWithWhatTheFileHoldsNow) {
+    const std::string file = folder.MakeFile("a.ini", "[Recent files]\r\nlast=first.doc\r\n");
+    const auto results = ScanOf(ItemXml("IniValue", file, "Delete", "[Recent files]last"));
+    ASSERT_EQ(results.size(), 1u);
+    EXPECT_EQ(TextOf(*results[0]), (Text{"last = 'first.doc'", 1}));
+    ::WritePrivateProfileStringA("Recent files", "last", "second.doc", file.c_str());
+    EXPECT_EQ(TextOf(*results[0]), (Text{"last = 'second.doc'", 1}));
+    results[0]->item->valueName = "[Recent files";
+    EXPECT_EQ(TextOf(*results[0]), (Text{"(untouched)", 1}));
+}
+
+TEST_F(ItemText, IsCutToTheBufferAndNotGivenForMissingArguments) {
+    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("a")))));
+    const HSCANITEM category = HandleOf(Category());
+    DWORD kind = 77;
+    char text[8] = "1234567";
+    engine->GetItemString(nullptr, text, sizeof text, &kind);
+    engine->GetItemString(category, nullptr, sizeof text, &kind);
+    engine->GetItemString(category, text, 0, &kind);
+    engine->GetItemString(category, text, sizeof text, nullptr);
+    EXPECT_STREQ(text, "1234567");
+    EXPECT_EQ(kind, 77u);
+    engine->GetItemString(category, text, 4, &kind);
+    EXPECT_EQ(std::string(text, 7),
+              "Cat\0"
+              "567"s);
+    engine->GetItemString(category, text, 1, &kind);
+    EXPECT_STREQ(text, "");
+    EXPECT_EQ(kind, 1u);
+}
+
+// The worker holds the lock while it sends. What does not answer now stands still until it is done.
+TEST_F(ItemText, IsGivenWithoutTheLockAsIsTheAnswerToANullHandle) {
+    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("a")))));
+    bool answered = false;
+    std::future<std::string> call;
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_SCAN_DONE) {
+            call = std::async(std::launch::async, [this] {
+                engine->SetItemCheck(nullptr, false, true);
+                return ItemString(HandleOf(Category()));
+            });
+            answered = call.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
+        }
+        return LRESULT{0};
+    });
+    Scan();
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(call.get(), "Category");
+}
+
+class ItemCheck : public EngineTest {
+  protected:
+    void ScanOneFile(const char* attribute) {
+        folder.MakeFile("keep me.txt");
+        ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("*.txt")), attribute)));
+        Scan();
+        ASSERT_EQ(Results(Entity()).size(), 1u);
+    }
+
+    std::vector<std::string> Whitelist() const {
+        const auto& entries = engine->WhitelistEntries().Entries();
+        return {entries.begin(), entries.end()};
+    }
+};
+
+TEST_F(ItemCheck, OfAResultKeepsTheWhitelistOfAWhitelistableEntity) {
+    ScanOneFile("Whitelist='1'");
+    tagCLEAN_RESULT& result = *Results(Entity())[0];
+    engine->SetItemCheck(HandleOf(result), false, false);
+    EXPECT_FALSE(result.enabled);
+    EXPECT_EQ(Whitelist(), std::vector{"keep me.txt"s});
+    engine->SetItemCheck(HandleOf(result), false, false);
+    EXPECT_EQ(Whitelist(), std::vector(2, "keep me.txt"s)) << "twice unticked, twice on the list";
+    engine->SetItemCheck(HandleOf(result), true, false);
+    EXPECT_TRUE(result.enabled);
+    EXPECT_EQ(Whitelist(), std::vector{"keep me.txt"s});
+
+    Scan();
+    EXPECT_FALSE(Results(Entity())[0]->enabled);
+    EXPECT_EQ(engine->GetItemsWhitelisted(), 1u);
+    engine->SetItemCheck(HandleOf(*Results(Entity())[0]), true, true);
+    EXPECT_TRUE(Whitelist().empty());
+    Scan();
+    EXPECT_TRUE(Results(Entity())[0]->enabled);
+    EXPECT_EQ(engine->GetItemsWhitelisted(), 0u);
+}
+
+TEST_F(ItemCheck, OfAnyOtherResultOnlySwitchesIt) {
+    ScanOneFile("Whitelist='yes'");
+    engine->SetItemCheck(HandleOf(*Results(Entity())[0]), false, false);
+    EXPECT_FALSE(Results(Entity())[0]->enabled);
+    EXPECT_TRUE(Whitelist().empty());
+    EXPECT_TRUE(Entity().selected);
+}
+
+TEST_F(ItemCheck, OfADefinitionItemOrAnUnknownHandleDoesNothing) {
+    ScanOneFile("");
+    for (const HSCANITEM handle : {HandleOf(*Items(Entity())[0]), HandleOf(folder), HSCANITEM{nullptr}}) {
+        engine->SetItemCheck(handle, false, true);
+    }
+    EXPECT_TRUE(Category().enabled && Application().enabled && Entity().enabled);
+    EXPECT_TRUE(Category().selected && Application().selected && Entity().selected);
+    EXPECT_TRUE(Results(Entity())[0]->enabled);
+}
+
+}  // namespace

@@ -1,0 +1,206 @@
+#include "engine/restricted_paths.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/cleaning_engine.h"
+#include "engine/engine_fixture.h"
+#include "support/api_hook.h"
+#include "system/system_facts.h"
+
+namespace {
+
+const std::vector<std::string> kProtected = {"c:\\users\\ann",
+                                             "c:\\windows",
+                                             "c:\\windows\\system32",
+                                             "c:\\b\xC3\xBC"
+                                             "cher",
+                                             "a:",
+                                             "c:"};
+
+TEST(ProtectedPaths, AreThirteenFoldersAndTheDrivesInTheirOrder) {
+    constexpr int kFolders[] = {26, 35, 28, 38, 43, 16, 5, 40, 36, 37, 14, 39, 13};
+    auto drives = API_HOOK(GetLogicalDrives);
+    drives.Replace([] { return DWORD{1u << 0 | 1u << 2 | 1u << 25 | 1u << 26}; });
+    auto folders = API_HOOK(SHGetFolderPathA);
+    for (const int missing : {0, 26, 14, 13}) {
+        folders.Replace([&](HWND, int csidl, HANDLE, DWORD, LPSTR path) -> HRESULT {
+            if (csidl == missing) return E_FAIL;
+            ::wsprintfA(path, "C:\\Folder %d\\", csidl);
+            return S_OK;
+        });
+        std::vector<std::string> expected;
+        for (const int csidl : kFolders) {
+            if (csidl != missing) expected.push_back("c:\\folder " + std::to_string(csidl));
+        }
+        for (const char* drive : {"a:", "c:", "z:"}) expected.push_back(drive);
+        EXPECT_EQ(ProtectedPaths(), expected);
+    }
+}
+
+TEST(ProtectedPaths, OfThisMachineAreLowerCaseWithoutABackslashAtTheirEnd) {
+    const auto paths = ProtectedPaths();
+    EXPECT_GE(paths.size(), 10u);
+    for (const std::string& path : paths) {
+        EXPECT_EQ(path, LowerText(path));
+        EXPECT_FALSE(path.ends_with('\\')) << path;
+    }
+    EXPECT_EQ(std::count(paths.begin(), paths.end(), "c:"), 1);
+}
+
+TEST(RestrictedLocation, IsAProtectedPathOrAllThatIsInIt) {
+    struct {
+        const char* location;
+        bool restricted;
+    } const cases[] = {
+        {"C:\\Windows", true},
+        {"C:\\WINDOWS\\", true},
+        {"c:\\windows\\\\\\", true},
+        {"C:\\Windows\\*", true},
+        {"C:\\Windows\\*.*", true},
+        {"C:\\Windows\\*\\", true},
+        {"C:\\Windows*", false},
+        {"C:\\Windows\\*.log", false},
+        {"C:\\Windows\\?", false},
+        {"C:\\Windows\\Temp", false},
+        {"C:\\Windows\\Temp\\*.*", false},
+        {"C:\\Windows\\notepad.exe", false},
+        {"C:\\Windows.old", false},
+        {"C:\\Windows\\system", false},
+        {"C:\\Windows\\System32\\*.*", true},
+        {"C:\\Windows\\System32\\drivers", false},
+        {"C:\\B\xC3\x9C"
+         "CHER\\*",
+         true},
+        {"C:\\B\xC3\x9C"
+         "CHE",
+         false},
+        // The text of the entry is taken out wherever it stands.
+        {"C:\\WindowsC:\\Windows", true},
+        {"C:\\Windows\\C:\\Windows", true},
+        {"C:\\Windows\\*C:\\Windows", true},
+        {"C:\\Windows\\C:\\Windows\\*", false},
+        {"C:\\Windows\\xC:\\Windows", false},
+        {"xC:\\Windows", false},
+        // Drives.
+        {"C:", true},
+        {"c:\\", true},
+        {"C:\\*.*", true},
+        {"A:\\*", true},
+        {"B:\\*", false},
+        {"C:\\folder", false},
+        {"C:*", false},
+        // Everything else.
+        {"", false},
+        {"\\", false},
+        {"%unknown%", false},
+        {"%unknown%\\*.*", false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsRestrictedLocation(c.location, kProtected), c.restricted) << c.location;
+    }
+    EXPECT_FALSE(IsRestrictedLocation("C:\\Windows", {}));
+    EXPECT_FALSE(IsRestrictedLocation("", {""})) << "a folder without a name protects nothing";
+}
+
+TEST(RestrictedLocation, IsLookedAtWithTheEnvironmentExpandedAsFarAsThatFitsAPath) {
+    ::SetEnvironmentVariableA("VELVANE_TEST", "C:\\Windows");
+    EXPECT_TRUE(IsRestrictedLocation("%velvane_test%\\*", kProtected));
+    EXPECT_FALSE(IsRestrictedLocation("%velvane_test%\\x", kProtected));
+    EXPECT_FALSE(IsRestrictedLocation("%velvane_test%\\" + std::string(300, 'x'), kProtected));
+    ::SetEnvironmentVariableA("VELVANE_TEST", nullptr);
+}
+
+class RestrictedItems : public EngineTest {
+  protected:
+    // The restricted flags of the items.
+    std::vector<bool> Restricted(const std::string& items) {
+        EXPECT_TRUE(Load(OneEntityXml(items)));
+        std::vector<bool> flags;
+        for (const tagCLEAN_ITEM* item : Items(Entity())) flags.push_back(item->restricted);
+        return flags;
+    }
+};
+
+TEST_F(RestrictedItems, AreFilesAndFoldersOnlyAndKeepTheirLocation) {
+    ::SetEnvironmentVariableA("VELVANE_TEST", "C:");
+    EXPECT_EQ(
+        Restricted(ItemXml("Folder", "%WinDir%\\") + ItemXml("File", "%windir%\\*.*") +
+                   ItemXml("Folder", "%userprofile%") + ItemXml("Folder", "%systemroot%\\") +
+                   ItemXml("Folder", "%velvane_test%\\") + ItemXml("File", "%windir%\\*.log") +
+                   ItemXml("Folder", "%windir%\\Temp\\") + ItemXml("File", "%recyclebin%\\") +
+                   ItemXml("IniValue", "%windir%", "Delete", "[a]b") + ItemXml("RegKey", "HKCU\\%windir%")),
+        (std::vector{true, true, true, true, true, false, false, false, false, false}));
+    EXPECT_EQ(Items(Entity())[4]->location, "%velvane_test%\\") << "expanded for the test alone";
+    ::SetEnvironmentVariableA("VELVANE_TEST", nullptr);
+}
+
+TEST_F(RestrictedItems, ComeFromTheLoadedListAlsoAfterAReload) {
+    EXPECT_FALSE(engine->IsRestrictedLocation("C:\\Windows"));
+    EXPECT_FALSE(engine->IsRestrictedPath("C:\\Windows"));
+    for (int load = 0; load < 2; ++load) {
+        EXPECT_EQ(Restricted(ItemXml("Folder", "%windir%")), std::vector{true});
+        EXPECT_TRUE(engine->IsRestrictedPath("C:\\windows\\"));
+        EXPECT_FALSE(engine->IsRestrictedPath("C:\\windows\\x"));
+        EXPECT_TRUE(engine->IsInWindowsFolder((FolderPath(CSIDL_WINDOWS).value() + "\\x").c_str()));
+    }
+}
+
+TEST(RestrictedUserPath, IsAProtectedFolderItselfOrADriveWithTwoBackslashes) {
+    struct {
+        const char* path;
+        bool restricted;
+    } const cases[] = {
+        {"C:\\Windows", true},
+        {"c:\\windows\\", true},
+        {"C:\\WINDOWS\\\\", false},
+        {"C:\\Windows\\*.*", false},
+        {"C:\\Windows\\x", false},
+        {"C:\\Window", false},
+        {"C:\\B\xC3\x9C"
+         "CHER\\",
+         true},
+        {"C:", false},
+        {"C:\\", false},
+        {"C:\\\\", true},
+        {"c:\\\\", true},
+        {"B:\\\\", false},
+        {"C:\\\\\\", false},
+        {"C:/", false},
+        {"", false},
+        {"\\", false},
+        {"\\\\", false},
+        {"\\\\x", false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(IsRestrictedUserPath(c.path, kProtected), c.restricted) << c.path;
+    }
+    EXPECT_FALSE(IsRestrictedUserPath(nullptr, kProtected));
+}
+
+TEST(InFolderText, IsAPlainTextThatBeginsWithTheFolderWithItsCase) {
+    struct {
+        const char* path;
+        bool inside;
+    } const cases[] = {
+        {"C:\\WINDOWS\\x", true},
+        {"C:\\WINDOWS\\", true},
+        {"C:\\WINDOWS\\a\\b", true},
+        {"C:\\WINDOWS", false},
+        {"C:\\windows\\x", false},
+        {"C:\\WINDOWS.OLD\\x", true},
+        {"C:\\WINDOWS.OLD", false},
+        {"D:\\WINDOWS\\x", false},
+        {"C:\\x", false},
+        {"x", false},
+        {"", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(IsInFolderText(c.path, "C:\\WINDOWS"), c.inside) << c.path;
+}
+
+}  // namespace

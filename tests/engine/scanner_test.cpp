@@ -1,0 +1,457 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "engine/engine_fixture.h"
+#include "engine/stand_in_shell.h"
+#include "support/api_hook.h"
+
+using std::max;
+using std::min;
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+std::string CategoryXml(const std::string& attributes, const std::string& content) {
+    return ElementXml("Category", attributes, content);
+}
+
+std::string ApplicationXml(const std::string& attributes, const std::string& content) {
+    return ElementXml("Application", attributes, content);
+}
+
+std::string EntityXml(const std::string& attributes, const std::string& content) {
+    return ElementXml("Entity", attributes, content);
+}
+
+class Scanner : public EngineTest {
+  protected:
+    // One message as a line: what it is, and all that it carries.
+    std::string Line(const RecordedMessage& message) const {
+        EXPECT_TRUE(message.sentByWorker) << message.message;
+        switch (message.message) {
+            case WM_ENGINE_NODE: {
+                EXPECT_EQ(message.wParam, 1u);
+                const RecordedNode& node = *message.node;
+                EXPECT_FALSE(node.imageFile || node.image);
+                return "node " + std::to_string(node.level) + " " + node.name +
+                       (node.help ? " help=" + *node.help : "") +
+                       (node.filePath ? " file=" + *node.filePath : "") + (node.checked ? " checked" : "") +
+                       (node.expanded ? " expanded" : "");
+            }
+            case WM_ENGINE_NODE_DONE:
+                EXPECT_EQ(message.lParam, 0);
+                return "empty " + ItemString(reinterpret_cast<HSCANITEM>(message.wParam));
+            case WM_ENGINE_SCAN_PROGRESS:
+                EXPECT_EQ(message.wParam, 0u);
+                return "progress " + std::to_string(message.lParam);
+            case WM_ENGINE_SCAN_DONE:
+                EXPECT_LT(message.wParam, 60000u);
+                return "done " + std::to_string(message.lParam);
+            default:
+                return "unexpected " + std::to_string(message.message);
+        }
+    }
+
+    Lines Log() const {
+        Lines lines;
+        for (const RecordedMessage& message : window.Messages()) lines.push_back(Line(message));
+        return lines;
+    }
+
+    // Loads and scans definitions with these items in one entity.
+    void ScanItems(const std::string& items, const std::string& entityAttributes = "") {
+        ASSERT_TRUE(Load(OneEntityXml(items, entityAttributes)));
+        Scan();
+    }
+
+    std::string FileItem(const std::string& pattern) const { return ItemXml("File", folder.At(pattern)); }
+
+    HSCANITEM ResultHandle(std::size_t index) const { return HandleOf(*Results(Entity()).at(index)); }
+};
+
+// --- the messages ---
+
+TEST_F(Scanner, SendsEachNodeEachStepAndEachEmptyNodeInOrder) {
+    const std::string a = folder.MakeFile("a.txt");
+    const std::string ini = folder.MakeFile("x.ini", "[S]\r\nK=text\r\n");
+    const std::string nothing = FileItem("nothing");
+    const std::string found =
+        EntityXml("Name='Files' Help='about files'",
+                  ItemXml("File", a) + ItemXml("Folder", "%windir%\\") + ItemXml("Unheard", "of")) +
+        EntityXml("Name='Ini'", ItemXml("IniValue", ini, "Delete", "[S]K")) +
+        EntityXml("Name='Off' Default='0'", FileItem("*")) + EntityXml("Name='Nothing'", nothing);
+    ASSERT_TRUE(Load(DefinitionsXml(
+        CategoryXml("Name='Traces' Help='about traces'",
+                    ApplicationXml("Name='Program'", found) +
+                        ApplicationXml("Name='Absent' InstallLocation='C:\\nowhere'",
+                                       EntityXml("Name='In absent'", FileItem("*"))) +
+                        ApplicationXml("Name='Unwanted' Default='no'",
+                                       EntityXml("Name='In unwanted'", FileItem("*")))) +
+        CategoryXml("Name='Empty'", ApplicationXml("Name='Clean'", EntityXml("Name='Spotless'", nothing))) +
+        CategoryXml("Name='Disabled'",
+                    ApplicationXml("Name='Idle'", EntityXml("Name='In idle'", FileItem("*")))))));
+    engine->SetItemCheck(HandleOf(Category("Disabled")), false, true);
+
+    auto debugger = API_HOOK(OutputDebugStringA);
+    Lines warnings;
+    debugger.Replace([&](LPCSTR text) { warnings.push_back(text); });
+    Scan();
+    EXPECT_EQ(
+        Log(),
+        (Lines{"node 1 Traces help=about traces checked", "node 2 Program checked expanded",
+               "node 3 Files help=about files checked", "node 4 a.txt file=" + a + " checked", "progress 16",
+               "progress 33",  // the restricted one
+               "progress 50",  // the one of no known type
+               "progress 50", "node 3 Ini checked", "node 4 [S]K checked", "progress 66", "progress 66",
+               "node 3 Nothing checked", "progress 83", "progress 83", "node 1 Empty checked",
+               "node 2 Clean checked expanded", "node 3 Spotless checked", "progress 100", "progress 100",
+               // children before their parent, scanned or not
+               "empty Off", "empty Nothing", "empty In absent", "empty Absent", "empty In unwanted",
+               "empty Unwanted", "empty Spotless", "empty Clean", "empty Empty", "empty In idle",
+               "empty Idle", "empty Disabled", "done 0"}));
+    EXPECT_EQ(warnings, Lines{"Skipping Restricted Path: " +
+                              Items(Entity("Traces", "Program", "Files"))[1]->location.value()});
+
+    const auto nodes = window.Nodes();
+    EXPECT_EQ(nodes[0].handle, HandleOf(Category("Traces")));
+    EXPECT_EQ(nodes[1].handle, HandleOf(Application("Traces", "Program")));
+    EXPECT_EQ(nodes[2].handle, HandleOf(Entity("Traces", "Program", "Files")));
+    EXPECT_EQ(nodes[3].handle, HandleOf(*Results(Entity("Traces", "Program", "Files")).at(0)));
+
+    EXPECT_EQ(engine->GetItemsFound(), 2u);
+    EXPECT_EQ(Entity("Traces", "Program", "Files").foundCount, 1u);
+    EXPECT_EQ(Entity("Traces", "Program", "Ini").foundCount, 0u) << "kept: an ini value is not counted";
+    EXPECT_EQ(Application("Traces", "Program").foundCount, 1u);
+    EXPECT_EQ(Category("Traces").foundCount, 1u);
+}
+
+TEST_F(Scanner, WithNothingToDoOnlyTheEndIsSentAndTheOldResultsStay) {
+    folder.MakeFile("a.txt");
+    ScanItems(FileItem("*.txt"));
+    const HSCANITEM result = ResultHandle(0);
+    engine->SetItemCheck(HandleOf(Entity()), false, true);
+    engine->CancelAction();  // of an idle engine, which is nothing
+    Scan();
+    EXPECT_EQ(Log(), Lines{"done 0"});
+    EXPECT_EQ(ItemString(result), folder.At("a.txt"));
+    EXPECT_EQ(engine->GetItemsFound(), 0u);
+}
+
+TEST_F(Scanner, StopsAtTheNextElementOfAnyLevel) {
+    folder.MakeFile("a1");
+    folder.MakeFile("a2");
+    const std::string items = FileItem("a*") + FileItem("a*");
+    const std::string entities = EntityXml("Name='E1'", items) + EntityXml("Name='E2'", items);
+    const std::string applications =
+        ApplicationXml("Name='P1'", entities) + ApplicationXml("Name='P2'", entities);
+    const std::string xml =
+        DefinitionsXml(CategoryXml("Name='K1'", applications) + CategoryXml("Name='K2'", applications));
+    const struct {
+        std::string at;
+        Lines rest;
+        std::uint32_t found;
+    } kCases[] = {
+        {"node 1 K1", {}, 0},
+        {"node 2 P1", {}, 0},
+        {"node 3 E1", {"progress 0"}, 0},
+        {"node 4 a1", {"progress 6", "progress 6"}, 1},
+        {"progress 12", {"progress 12"}, 4},  // behind the last item of the entity
+        {"node 3 E2", {"progress 12"}, 4},
+        {"node 2 P2", {}, 8},
+        {"node 1 K2", {}, 16},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.at);
+        ASSERT_TRUE(Load(xml));
+        bool stopped = false;
+        window.OnMessage([&](const RecordedMessage& message) {
+            if (!stopped && message.message != WM_ENGINE_LOADED && Line(message).starts_with(row.at)) {
+                stopped = true;
+                engine->CancelAction();
+                window.Clear();  // what comes after is looked at
+            }
+            return window.DefaultAnswer(message);
+        });
+        Scan();
+        window.OnMessage(nullptr);
+        Lines log = Log();
+        ASSERT_FALSE(log.empty());
+        EXPECT_EQ(log.back(), "done 1");
+        log.pop_back();
+        const auto firstEmpty = std::find_if(
+            log.begin(), log.end(), [](const std::string& line) { return line.starts_with("empty"); });
+        EXPECT_NE(firstEmpty, log.end()) << "the empty nodes are told after a stop, too";
+        EXPECT_EQ(Lines(log.begin(), firstEmpty), row.rest);
+        EXPECT_EQ(engine->GetItemsFound(), row.found) << "what was found stays";
+        EXPECT_EQ(Results(Entity("K1", "P1", "E1")).size(), std::min(row.found, 4u));
+        EXPECT_FALSE(Category("K2").selected);
+    }
+}
+
+TEST_F(Scanner, RefusesASecondRunWhileOneGoesOn) {
+    folder.MakeFile("a.txt");
+    ASSERT_TRUE(Load(OneEntityXml(FileItem("*.txt"))));
+    const RecordingWindow other;
+    std::vector<std::uintptr_t> answers;
+    window.OnMessage([&](const RecordedMessage& message) {
+        // In the end message the run is not over yet.
+        if (message.message == WM_ENGINE_NODE || message.message == WM_ENGINE_SCAN_DONE) {
+            answers.push_back(engine->StartScan(other.Handle()));
+            answers.push_back(engine->StartClean(other.Handle(), 1));
+            answers.push_back(engine->StartLoad(other.Handle()));
+        }
+        return window.DefaultAnswer(message);
+    });
+    Scan();
+    const auto busy = reinterpret_cast<std::uintptr_t>(window.Handle());
+    EXPECT_EQ(answers, std::vector<std::uintptr_t>(5 * 3, busy));
+    EXPECT_TRUE(other.Messages().empty());
+    EXPECT_EQ(Log().size(), 4u + 2u + 1u);
+    EXPECT_TRUE(Exists(folder.At("a.txt")));
+}
+
+// --- flags, counters and results over more than one scan ---
+
+TEST_F(Scanner, CountsAnewExceptForTheLaterApplications) {
+    folder.MakeFile("a.txt");
+    const std::string entity = EntityXml("Name='E'", FileItem("*.txt"));
+    ASSERT_TRUE(Load(DefinitionsXml(CategoryXml(
+        "Name='K'", ApplicationXml("Name='First'", entity) + ApplicationXml("Name='Second'", entity)))));
+    Scan();
+    const HSCANITEM oldResult = HandleOf(*Results(Entity("K", "First", "E")).at(0));
+    EXPECT_EQ(Application("K", "Second").foundCount, 1u);
+    folder.MakeFile("b.txt");
+    Scan();
+    EXPECT_EQ(engine->GetItemsFound(), 4u);
+    EXPECT_EQ(Category("K").foundCount, 4u);
+    EXPECT_EQ(Entity("K", "Second", "E").foundCount, 2u);
+    EXPECT_EQ(Application("K", "First").foundCount, 2u);
+    EXPECT_EQ(Application("K", "Second").foundCount, 3u) << "kept: it goes on from what it held";
+    EXPECT_EQ(Results(Entity("K", "First", "E")).size(), 2u);
+
+    // Not even a first application that is switched off keeps its count.
+    engine->SetItemCheck(HandleOf(Application("K", "First")), false, true);
+    Scan();
+    EXPECT_EQ(Application("K", "First").foundCount, 0u);
+    EXPECT_EQ(Application("K", "Second").foundCount, 5u);
+    EXPECT_TRUE(Results(Entity("K", "First", "E")).empty()) << "of a node that is not visited";
+    EXPECT_EQ(ItemString(oldResult).find("b.txt"), std::string::npos);
+}
+
+TEST_F(Scanner, SelectsWhatItVisitsAndThenWhatIsNotEmpty) {
+    const std::string file = folder.MakeFile("a.txt");
+    ASSERT_TRUE(Load(DefinitionsXml(CategoryXml(
+        "Name='K'", ApplicationXml("Name='P'", EntityXml("Name='Full'", FileItem("a.txt")) +
+                                                   EntityXml("Name='Empty'", FileItem("b.txt")))))));
+    const auto selected = [&] {
+        return std::vector<bool>{Category("K").selected, Application("K", "P").selected,
+                                 Entity("K", "P", "Full").selected, Entity("K", "P", "Empty").selected};
+    };
+    Scan();
+    EXPECT_EQ(selected(), (std::vector{true, true, true, false}));
+    for (const HSCANITEM handle :
+         {HandleOf(Category("K")), HandleOf(Application("K", "P")), HandleOf(Entity("K", "P", "Full"))}) {
+        engine->SetItemCheck(handle, false, false);
+    }
+    EXPECT_EQ(selected(), (std::vector{false, false, false, false}));
+    Category("K").cleanedCount = 5;
+    Scan();
+    EXPECT_EQ(selected(), (std::vector{true, true, true, false})) << "a scan ticks again what was unticked";
+    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("K"))), 0);
+    ::DeleteFileA(file.c_str());
+    Scan();
+    EXPECT_EQ(selected(), (std::vector{false, false, false, false}));
+    EXPECT_TRUE(Entity("K", "P", "Full").enabled) << "which has nothing to do with the ticks";
+}
+
+TEST_F(Scanner, AsksTheWhitelistForItsEntitiesAlone) {
+    folder.MakeFile("keep.txt");
+    folder.MakeFile("other.txt");
+    const std::string items = FileItem("*.txt");
+    ASSERT_TRUE(Load(DefinitionsXml(
+        CategoryXml("Name='K'", ApplicationXml("Name='P'", EntityXml("Name='Listed' Whitelist='1'", items) +
+                                                               EntityXml("Name='Plain'", items))))));
+    engine->SetWhitelisted("keep.txt", true);
+    engine->SetWhitelisted("OTHER.TXT", true);
+    Scan();
+    const auto checked = [&](const std::string& entity) {
+        Lines lines;
+        for (const tagCLEAN_RESULT* result : Results(Entity("K", "P", entity))) {
+            if (result->enabled) lines.push_back(*result->name);
+        }
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    };
+    EXPECT_EQ(checked("Listed"), Lines{"other.txt"});
+    EXPECT_EQ(checked("Plain"), (Lines{"keep.txt", "other.txt"}));
+    EXPECT_EQ(engine->GetItemsWhitelisted(), 1u);
+    EXPECT_EQ(engine->GetItemsFound(), 4u);
+    for (const RecordedNode& node : window.Nodes()) {
+        if (node.level != 4) continue;
+        EXPECT_EQ(node.checked, reinterpret_cast<tagCLEAN_RESULT*>(node.handle)->enabled);
+    }
+
+    // Unticking a result adds its name each time, ticking it takes one away.
+    HSCANITEM other = nullptr;
+    for (const tagCLEAN_RESULT* result : Results(Entity("K", "P", "Listed"))) {
+        if (*result->name == "other.txt") other = HandleOf(*result);
+    }
+    engine->SetItemCheck(other, false, false);
+    engine->SetItemCheck(other, false, true);
+    engine->SetItemCheck(other, true, false);
+    EXPECT_TRUE(engine->IsWhitelisted("other.txt"));
+    Scan();
+    EXPECT_EQ(checked("Listed"), Lines());
+    EXPECT_EQ(engine->GetItemsWhitelisted(), 2u);
+}
+
+// --- the kinds of items ---
+
+TEST_F(Scanner, SearchesByTheTypeOfTheItem) {
+    const TestKey key;
+    key.SetText("text", "a value");
+    key.SetRaw("list", REG_MULTI_SZ, std::string_view("a\0b\0\0", 5));
+    key.SetNumber("number", 7);
+    key.SetText("in", "x", "sub");
+    const std::string root = "HKCU\\" + key.Path();
+    folder.MakeFile("tree\\a.tmp");
+    folder.MakeFile("tree\\deep\\b.tmp");
+    folder.MakeFile("tree\\deep\\c.txt");
+    const std::string ini = folder.MakeFile("x.ini", "[S]\r\nK=text\r\n");
+    ScanItems(ItemXml("RegValue", root, "Delete", "text") + ItemXml("RegValue", root, "All", "list") +
+              ItemXml("RegValue", root, "Delete", "number") + ItemXml("RegKey", root + "\\sub", "All") +
+              ItemXml("RegKey", root, "Delete") + FileItem("tree\\*.tmp") +
+              ItemXml("Folder", folder.At("tree\\*.tmp")) + ItemXml("Folder", folder.At("tree\\deep\\")) +
+              ItemXml("IniValue", ini, "Delete", "[s]k") + ItemXml("Folder", folder.At("tree")) +
+              ItemXml("RegKey", "HKXX\\Software"));
+    const std::string long_ = "HKEY_CURRENT_USER\\" + key.Path();
+    Lines strings;
+    for (const tagCLEAN_RESULT* result : Results(Entity())) strings.push_back(ItemString(HandleOf(*result)));
+    const Lines expected = {long_ + "\\text = \"a value\"",
+                            long_ + "\\list = \"a, b\"",
+                            long_ + "\\number = 7",
+                            long_ + "\\sub\\in = \"x\"",
+                            long_ + "\\sub\\\\in = \"x\"",  // kept: with the backslash of the path
+                            long_ + "\\sub",
+                            long_ + "\\list = \"a, b\"",
+                            long_ + "\\number = 7",
+                            long_ + "\\text = \"a value\"",
+                            folder.At("tree\\a.tmp"),
+                            folder.At("tree\\a.tmp"),
+                            folder.At("tree\\deep\\b.tmp"),
+                            folder.At("tree\\deep\\b.tmp"),
+                            folder.At("tree\\deep\\c.txt"),
+                            "k = 'text'"};
+    Lines sorted = expected;
+    std::sort(sorted.begin(), sorted.end());
+    std::sort(strings.begin(), strings.end());
+    EXPECT_EQ(strings, sorted);
+    EXPECT_EQ(Entity().foundCount, expected.size() - 1) << "all but the ini value";
+    EXPECT_EQ(window.Messages(WM_ENGINE_SCAN_PROGRESS).back().lParam, 100);
+}
+
+TEST_F(Scanner, TheBinIsSearchedThroughTheShellAndNotAskedOfTheWhitelist) {
+    const std::string storage = folder.MakeFolder("storage") + "\\";
+    const std::string file = folder.MakeFile("storage\\De1.txt");
+    folder.MakeFile("storage\\Dc2\\keep.txt");
+    const std::vector<DeletedEntry> desktop = {{"::{645FF040-5081-101B-9F08-00AA002F954E}",
+                                                NameForm::Wide,
+                                                S_OK,
+                                                {{file}, {storage + "Dc2", NameForm::Wide, E_NOTIMPL, {}}}}};
+    auto getDesktop = API_HOOK(SHGetDesktopFolder);
+    getDesktop.Replace([&](IShellFolder** answer) {
+        *answer = MakeStandInFolder(desktop);
+        return S_OK;
+    });
+    auto getLocation = API_HOOK(SHGetSpecialFolderLocation);
+    getLocation.Replace([&](HWND owner, int csidl, ITEMIDLIST** id) {
+        EXPECT_EQ(owner, window.Handle());
+        EXPECT_EQ(csidl, CSIDL_BITBUCKET);
+        *id = MakeStandInId(0);
+        return S_OK;
+    });
+    engine->SetWhitelisted("keep.txt", true);
+    engine->SetWhitelisted("De1.txt", true);
+    ScanItems(ItemXml("Folder", "%RecycleBin%\\") + ItemXml("Folder", storage), "Whitelist='1'");
+    EXPECT_EQ(Found(Entity()), (Lines{file, storage + "Dc2\\keep.txt", storage + "Dc2\\",
+                                      storage + "Dc2\\keep.txt", storage + "Dc2\\", file}));
+    EXPECT_EQ(engine->GetItemsWhitelisted(), 2u) << "of the folder alone";
+    EXPECT_EQ(Entity().foundCount, 1u + 3u) << "kept: the bin's own entries are not counted";
+    EXPECT_EQ(engine->GetItemsFound(), 6u);
+
+    // A shell that fails anywhere on the way, and the next item goes on.
+    const std::vector<std::function<void()>> failures = {
+        [&] { getDesktop.FailAlways(0, E_FAIL); },
+        [&] { getLocation.FailAlways(0, E_FAIL); },
+    };
+    for (const auto& fail : failures) {
+        fail();
+        Scan();
+        EXPECT_EQ(engine->GetItemsFound(), 3u);
+    }
+    EXPECT_EQ(LiveStandIns(), 0);
+}
+
+// --- handles and pictures ---
+
+TEST_F(Scanner, AHandleOfAResultEndsWithTheNextScan) {
+    folder.MakeFile("a.txt");
+    ScanItems(FileItem("*.txt"), "Whitelist='1'");
+    const HSCANITEM handle = ResultHandle(0);
+    char text[8] = "before";
+    DWORD kind = 0;
+    engine->GetItemString(handle, text, 4, &kind);
+    EXPECT_STREQ(text, folder.Path().substr(0, 3).c_str());
+    EXPECT_EQ(kind, CCleaningEngine::kFilePath);
+    engine->GetItemString(handle, text, 1, &kind);
+    EXPECT_STREQ(text, "");
+    ::DeleteFileA(folder.At("a.txt").c_str());
+    Scan();
+    EXPECT_EQ(ItemString(handle), "<item not found>");
+    engine->GetItemString(handle, text, sizeof text, &kind);
+    EXPECT_EQ(kind, CCleaningEngine::kPlainText);
+    engine->SetItemCheck(handle, false, true);
+    EXPECT_FALSE(engine->IsWhitelisted("a.txt"));
+}
+
+TEST_F(Scanner, HandsOutFreshPicturesOfCategoriesAndApplications) {
+    ULONG_PTR gdiplus = 0;
+    const Gdiplus::GdiplusStartupInput input;
+    ASSERT_EQ(Gdiplus::GdiplusStartup(&gdiplus, &input, nullptr), Gdiplus::Ok);
+    // One pixel.
+    const std::string picture =
+        "Image='Qk06AAAAAAAAADYAAAAoAAAAAQAAAAEAAAABABgAAAAAAAQAAAAAAAAAAAAAAAAAAAAAAAAAECAwAA=='";
+    ASSERT_TRUE(Load(DefinitionsXml(CategoryXml(
+        "Name='K' " + picture,
+        ApplicationXml("Name='Picture' " + picture, EntityXml("Name='E'", FileItem("*"))) +
+            ApplicationXml("Name='Broken' Image='AAAA'", EntityXml("Name='E'", FileItem("*")))))));
+    ASSERT_NE(Category("K").image, nullptr);
+    for (int i = 0; i < 2; ++i) {
+        window.OnMessage([&](const RecordedMessage& message) {
+            if (message.node && message.node->level <= 2) {
+                const bool broken = message.node->name == "Broken";
+                EXPECT_EQ(message.node->image == nullptr, broken);
+                EXPECT_TRUE(message.node->imageFile);
+                EXPECT_NE(message.node->image, Category("K").image.get());
+                EXPECT_EQ(broken ? 1u : message.node->image->GetWidth(), 1u);
+            }
+            return window.DefaultAnswer(message);
+        });
+        Scan();
+    }
+    EXPECT_EQ(window.Nodes().at(0).imageFile, Category("K").imageFile.Path());
+    window.OnMessage(nullptr);
+    engine.reset();
+    Gdiplus::GdiplusShutdown(gdiplus);
+}
+
+}  // namespace

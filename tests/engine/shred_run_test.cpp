@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shellapi.h>
+#include <wininet.h>
+
+#include <string>
+#include <vector>
+
+#include "engine/engine_fixture.h"
+#include "engine/message_log.h"
+#include "engine/write_recorder.h"
+#include "support/api_hook.h"
+#include "system/handles.h"
+#include "system/redirection_table.h"
+
+// The run over the files that the user chose.
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class ShredRun : public EngineTest {
+  protected:
+    ShredRun() {
+        m_schedules.Replace([](auto...) { return TRUE; });
+    }
+
+    // Makes files and queues them.
+    void Queue(const std::vector<std::string>& names) {
+        for (const std::string& name : names) engine->AddShredFile(folder.MakeFile(name, "secret"));
+    }
+
+    Lines ShredLog(int passes = 1) {
+        Shred(passes);
+        return MessageLog().Lines(window.Messages());
+    }
+
+    void ExpectCounters(std::uint32_t cleaned, std::uint32_t failed) const {
+        EXPECT_EQ(engine->GetItemsCleaned(), cleaned);
+        EXPECT_EQ(engine->GetItemsFailed(), failed);
+    }
+
+  private:
+    ApiHook<decltype(&::MoveFileExA)> m_schedules{"MoveFileExA"};
+};
+
+TEST_F(ShredRun, TellsEachFileAndForgetsTheList) {
+    Queue({"a.txt", "locked.txt", "c.txt"});
+    engine->AddShredFile(folder.At("missing.txt"));
+    engine->AddShredFile(folder.MakeFolder("empty"));
+    {
+        const auto lock = OwnHandle<UniqueHandle>(::CreateFileA(folder.At("locked.txt").c_str(), GENERIC_READ,
+                                                                0, nullptr, OPEN_EXISTING, 0, nullptr));
+        EXPECT_EQ(ShredLog(),
+                  Lines({"shred started", "shredded a.txt 20%", "shredded nothing 40%", "shredded c.txt 60%",
+                         "shredded missing.txt 80%", "shredded empty 100%", "shred done"}));
+    }
+    for (const RecordedMessage& message : window.Messages()) EXPECT_TRUE(message.sentByWorker);
+    EXPECT_EQ(window.Messages(WM_ENGINE_SHRED_PROGRESS).front().shreddedPath, folder.At("a.txt"));
+    ExpectCounters(4, 1);
+    EXPECT_EQ(NamesIn(folder.Path()), Lines({"locked.txt"}));
+
+    EXPECT_EQ(ShredLog(), Lines({"shred started", "shred done"}));
+    ExpectCounters(0, 0);
+    EXPECT_TRUE(Exists(folder.At("locked.txt"))) << "it is not on the list any more";
+}
+
+TEST_F(ShredRun, AStopEndsTheRunAndEmptiesTheList) {
+    Queue({"a.txt", "b.txt", "c.txt"});
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_SHRED_PROGRESS) engine->CancelAction();
+        return LRESULT{0};
+    });
+    EXPECT_EQ(ShredLog(), Lines({"shred started", "shredded a.txt 33%", "shred done"}));
+    ExpectCounters(1, 0);
+    window.OnMessage(nullptr);
+    EXPECT_EQ(ShredLog(), Lines({"shred started", "shred done"}));
+    EXPECT_EQ(NamesIn(folder.Path()), Lines({"b.txt", "c.txt"}));
+}
+
+// A stop before the first file: it is told as not done, and neither counter moves.
+TEST_F(ShredRun, AStopAtTheStartTouchesNoFile) {
+    Queue({"a.txt", "b.txt"});
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_SHRED_STARTED) engine->CancelAction();
+        return LRESULT{0};
+    });
+    EXPECT_EQ(ShredLog(), Lines({"shred started", "shredded nothing 50%", "shred done"}));
+    ExpectCounters(0, 0);
+    EXPECT_EQ(FileContent(folder.At("a.txt")), "secret");
+}
+
+TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
+    Queue({"a.txt", "b.txt"});
+    engine->SetScanOnly(true);
+    auto sleeps = API_HOOK(Sleep);
+    DWORD slept = 0;
+    sleeps.Replace([&](DWORD milliseconds) { slept += milliseconds; });
+    EXPECT_EQ(ShredLog(),
+              Lines({"shred started", "shredded a.txt 50%", "shredded b.txt 100%", "shred done"}));
+    EXPECT_EQ(slept, 1000u);
+    ExpectCounters(0, 0);
+    EXPECT_EQ(NamesIn(folder.Path()), Lines({"a.txt", "b.txt"}));
+}
+
+TEST_F(ShredRun, AStartThatIsRefusedChangesThePassCount) {
+    Queue({"a.txt", "b.txt"});
+    WriteRecorder recorder;
+    std::uintptr_t second = 0;
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (second == 0 && message.message == WM_ENGINE_SHRED_PROGRESS) {
+            second = engine->StartShred(window.Handle(), 7);
+        }
+        return LRESULT{0};
+    });
+    Shred(1);
+    EXPECT_EQ(recorder.passes.size(), 1u + 7u);
+    EXPECT_EQ(second, reinterpret_cast<std::uintptr_t>(window.Handle()));
+    EXPECT_EQ(window.Count(WM_ENGINE_SHRED_DONE), 1u);
+}
+
+// A file in the real folder of the system is reached: redirection goes off for each file, where there is any.
+TEST_F(ShredRun, SwitchesTheRedirectionOffWhereThereIsOne) {
+    auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
+    disables.Replace([](PVOID*) { return TRUE; });
+    auto reverts = LATE_BOUND_HOOK(Wow64RevertWow64FsRedirection);
+    reverts.Replace([](PVOID) { return TRUE; });
+    Queue({"a.txt"});
+    Shred(1);
+    EXPECT_EQ(disables.Calls(), 0);
+
+    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
+    wow64.Replace([](HANDLE, PBOOL answer) {
+        *answer = TRUE;
+        return TRUE;
+    });
+    InitRegRedirectionTable();
+    ASSERT_TRUE(IsRegTableInForce());
+    Queue({"a.txt", "b.txt"});
+    Shred(1);
+    FreeRegRedirectionTable();
+    EXPECT_EQ(disables.Calls(), 2);
+    EXPECT_EQ(reverts.Calls(), 2);
+    ExpectCounters(2, 0);
+}
+
+struct BinCase {
+    const char* name;
+    HRESULT answer;
+    __int64 items;
+    int emptied;
+};
+
+// kept: the bin that holds nothing is emptied, the one that holds something is not.
+const BinCase kBinCases[] = {
+    {"a bin without items", S_OK, 0, 1},
+    {"a bin that tells less than nothing", S_OK, -1, 1},
+    {"a bin with an item", S_OK, 1, 0},
+    {"a bin that does not answer", E_FAIL, 0, 0},
+};
+
+TEST_F(ShredRun, EmptiesOnlyAnEmptyBin) {
+    for (const BinCase& row : kBinCases) {
+        SCOPED_TRACE(row.name);
+        auto queries = API_HOOK(SHQueryRecycleBinA);
+        queries.Replace([&](LPCSTR root, LPSHQUERYRBINFO info) {
+            EXPECT_EQ(root, nullptr);
+            // The layout of the platform: 20 bytes in a 32-bit process.
+            EXPECT_EQ(info->cbSize, sizeof(void*) == 4 ? 20u : 24u);
+            info->i64NumItems = row.items;
+            return row.answer;
+        });
+        auto empties = API_HOOK(SHEmptyRecycleBinA);
+        empties.Replace([](HWND owner, LPCSTR root, DWORD flags) {
+            EXPECT_EQ(owner, nullptr);
+            EXPECT_EQ(root, nullptr);
+            EXPECT_EQ(flags, 7u);
+            return E_FAIL;
+        });
+        auto entries = API_HOOK(FindFirstUrlCacheEntryA);
+        EXPECT_EQ(ShredLog(), Lines({"shred started", "shred done"}));
+        EXPECT_EQ(empties.Calls(), row.emptied);
+        EXPECT_EQ(entries.Calls(), 1) << "the URL cache is tidied as well";
+    }
+}
+
+}  // namespace

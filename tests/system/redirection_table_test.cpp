@@ -1,0 +1,206 @@
+#include "system/redirection_table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "support/api_hook.h"
+#include "support/sandbox.h"
+#include "system/registry.h"
+
+namespace {
+
+using Rows = std::vector<std::string>;
+
+Rows Missing(const Rows& all, const Rows& some) {
+    Rows missing;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(missing), [&](const std::string& row) {
+        return std::find(some.begin(), some.end(), row) == some.end();
+    });
+    return missing;
+}
+
+// The rows of version 6.0 that do not come from the registry of this machine.
+Rows FixedSharedRowsOf60() {
+    const Rows rows = BuildRegRedirectionRows(6, 0, true).shared;
+    return Rows(std::find(rows.begin(), rows.end(), "HKEY_CLASSES_ROOT"), rows.end());
+}
+
+TEST(RedirectionRows, AreThereForVersions60And61UnderWow64Only) {
+    struct {
+        DWORD major, minor;
+        bool isWow64, inForce;
+    } const cases[] = {{6, 0, true, true},  {6, 1, true, true},  {6, 0, false, false}, {6, 1, false, false},
+                       {5, 2, true, false}, {6, 2, true, false}, {10, 0, true, false}, {5, 1, false, false},
+                       {0, 0, true, false}, {7, 0, true, false}};
+    for (const auto& row : cases) {
+        const RegRedirectionRows rows = BuildRegRedirectionRows(row.major, row.minor, row.isWow64);
+        EXPECT_EQ(rows.inForce, row.inForce) << row.major << "." << row.minor;
+        EXPECT_EQ(rows.shared.empty(), !row.inForce);
+        EXPECT_EQ(rows.redirected.empty(), !row.inForce);
+        EXPECT_EQ(rows.sharedLower.size(), rows.shared.size());
+        EXPECT_EQ(rows.redirectedLower.size(), rows.redirected.size());
+        EXPECT_EQ(NeedsNativeView(rows, "HKEY_CURRENT_USER\\Software\\Foo"), row.inForce);
+    }
+}
+
+TEST(RedirectionRows, Of61ExtendThoseOf60InTheirOrder) {
+    const RegRedirectionRows rows = BuildRegRedirectionRows(6, 1, true);
+    const Rows older = FixedSharedRowsOf60();
+    EXPECT_EQ(rows.redirected.size(), 16u);
+    EXPECT_EQ(rows.redirected.front(), "HKEY_LOCAL_MACHINE\\SOFTWARE");
+    EXPECT_EQ(rows.redirected.back(), "HKEY_CLASSES_ROOT\\MediaFoundation");
+    EXPECT_EQ(older.size(), 41u);
+    ASSERT_EQ(rows.shared.size(), 53u);
+
+    const std::string software = "HKEY_LOCAL_MACHINE\\SOFTWARE\\";
+    const std::string microsoft = software + "Microsoft\\";
+    const std::string windows = microsoft + "Windows\\CurrentVersion\\";
+    const std::string windowsNt = microsoft + "Windows NT\\CurrentVersion\\";
+    const Rows added = {software + "Clients",
+                        microsoft + "Notepad\\DefaultFonts",
+                        windows + "App Paths",
+                        windows + "Explorer\\AutoplayHandlers",
+                        windows + "Explorer\\DriveIcons",
+                        windows + "Explorer\\KindMap",
+                        windows + "PreviewHandlers",
+                        windowsNt + "Console",
+                        windowsNt + "FontLink",
+                        windowsNt + "Gre_Initialize",
+                        windowsNt + "Image File Execution Options",
+                        windowsNt + "Language Pack"};
+    EXPECT_EQ(Missing(rows.shared, older), added);
+    EXPECT_EQ(Missing(rows.shared, added), older) << "and nothing else, in the same order";
+
+    // Within one parent the names rise, which is what puts the added ones in their places.
+    for (std::size_t i = 5; i + 1 < rows.shared.size(); ++i) {
+        const std::string parent = rows.shared[i].substr(0, rows.shared[i].rfind('\\'));
+        if (!rows.shared[i + 1].starts_with(parent + "\\")) continue;
+        EXPECT_LT(_stricmp(rows.shared[i].c_str(), rows.shared[i + 1].c_str()), 0) << rows.shared[i + 1];
+    }
+}
+
+struct LookupCase {
+    const char* description;
+    const char* keyPath;
+    bool needs60;
+    bool needs61;
+};
+
+const LookupCase kLookupCases[] = {
+    {"only the user's root matches", "HKEY_CURRENT_USER\\Software\\Foo", true, true},
+    {"SOFTWARE beats the root", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Foo", false, false},
+    {"in any case of letters", "hkey_local_machine\\Software\\FOO", false, false},
+    {"Classes beats SOFTWARE", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Foo", true, true},
+    {"CLSID beats Classes", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\CLSID\\{x}", false, false},
+    {"CLSID below the classes root", "HKEY_CLASSES_ROOT\\CLSID\\{x}", false, false},
+    {"a shared part of SOFTWARE", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\RPC\\x", true, true},
+    {"shared since 6.1", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths", false,
+     true},
+    {"redirected since 6.1", "HKEY_CURRENT_USER\\SOFTWARE\\Classes\\Interface\\x", true, false},
+    {"a longer name with a row at its start", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Policies2", true, true},
+    {"a row in the middle", "x\\HKEY_LOCAL_MACHINE\\SOFTWARE\\Foo", false, false},
+    {"outside of SOFTWARE", "HKEY_LOCAL_MACHINE\\SYSTEM\\Foo", true, true},
+    {"nothing matches", "HKLM\\SOFTWARE", true, true},
+    {"the empty text", "", true, true},
+};
+
+TEST(RedirectionLookup, TheLongestRowDecides) {
+    const RegRedirectionRows rows60 = BuildRegRedirectionRows(6, 0, true);
+    const RegRedirectionRows rows61 = BuildRegRedirectionRows(6, 1, true);
+    for (const LookupCase& row : kLookupCases) {
+        EXPECT_EQ(NeedsNativeView(rows60, row.keyPath), row.needs60) << row.description;
+        EXPECT_EQ(NeedsNativeView(rows61, row.keyPath), row.needs61) << row.description;
+    }
+    RegRedirectionRows tie;
+    tie.inForce = true;
+    tie.redirectedLower = {"abc"};
+    tie.sharedLower = {"bcd"};
+    EXPECT_TRUE(NeedsNativeView(tie, "ABCD")) << "a tie is not redirected";
+    EXPECT_FALSE(NeedsNativeView(tie, "ABC"));
+}
+
+// Classes of the machine, made for a test and removed after it.
+class TestClass {
+  public:
+    explicit TestClass(const char* name, const char* server)
+        : m_path(std::string("SOFTWARE\\Classes\\CLSID\\") + name) {
+        HKEY key = nullptr;
+        ::RegCreateKeyExA(HKEY_LOCAL_MACHINE, (m_path + "\\" + server).c_str(), 0, nullptr, 0, KEY_READ,
+                          nullptr, &key, nullptr);
+        ::RegCloseKey(key);
+    }
+    ~TestClass() { ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, m_path.c_str()); }
+    TestClass(const TestClass&) = delete;
+    TestClass& operator=(const TestClass&) = delete;
+
+    std::string MachineRow() const { return "HKEY_LOCAL_MACHINE\\" + m_path; }
+
+  private:
+    std::string m_path;
+};
+
+TEST(RedirectionRows, Of60ShareClassesWithoutAnInProcessServer) {
+    const TestClass server("{7E1A0001-0000-4000-8000-56656C76616E}", "InprocServer32");
+    const TestClass handler("{7E1A0002-0000-4000-8000-56656C76616E}", "InprocHandler32");
+    const TestClass neither("{7E1A0003-0000-4000-8000-56656C76616E}", "LocalServer32");
+    const RegRedirectionRows rows = BuildRegRedirectionRows(6, 0, true);
+    const auto isShared = [&](const std::string& row) {
+        return std::find(rows.shared.begin(), rows.shared.end(), row) != rows.shared.end();
+    };
+    EXPECT_FALSE(isShared(server.MachineRow()));
+    EXPECT_FALSE(isShared(handler.MachineRow()));
+    EXPECT_TRUE(isShared(neither.MachineRow()));
+    EXPECT_TRUE(isShared("HKEY_CLASSES_ROOT\\CLSID\\{7E1A0003-0000-4000-8000-56656C76616E}"));
+    EXPECT_EQ(rows.redirected.size(), 3u);
+
+    EXPECT_FALSE(NeedsNativeView(rows, server.MachineRow() + "\\x"));
+    EXPECT_TRUE(NeedsNativeView(rows, neither.MachineRow() + "\\x")) << "the longer row wins again";
+}
+
+TEST(RedirectionRows, Of61ProbeEachAccountWithoutABackslash) {
+    auto open = API_HOOK(RegOpenKeyExA);
+    Rows probes;
+    open.Replace([&](HKEY root, LPCSTR path, DWORD options, REGSAM access, PHKEY key) {
+        const std::string text = path;
+        if (root == HKEY_USERS && !text.empty()) {
+            probes.push_back(text);
+            if (text == ".DefaultSOFTWARE\\Classes")
+                return open.Real()(HKEY_CURRENT_USER, "", 0, access, key);
+        }
+        return open.Real()(root, path, options, access, key);
+    });
+    const RegRedirectionRows rows = BuildRegRedirectionRows(6, 1, true);
+    ASSERT_FALSE(probes.empty());
+    for (const std::string& probe : probes) {
+        EXPECT_TRUE(probe.ends_with("SOFTWARE\\Classes") && !probe.ends_with("\\SOFTWARE\\Classes")) << probe;
+    }
+    ASSERT_EQ(rows.redirected.size(), 21u) << "an account whose probe opens has five rows";
+    EXPECT_EQ(rows.redirected[16], "HKEY_USERS\\.Default\\SOFTWARE\\Classes\\CLSID");
+    EXPECT_EQ(rows.redirected[20], "HKEY_USERS\\.Default\\SOFTWARE\\Classes\\MediaFoundation");
+}
+
+TEST(RedirectionTable, IsBuiltForTheRunningSystemAndFreed) {
+    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
+    wow64.Replace([](HANDLE, PBOOL answer) { return *answer = TRUE; });
+    auto version = API_HOOK(GetVersionExA);
+    version.Replace([](OSVERSIONINFOA* answer) {
+        answer->dwMajorVersion = 6;
+        answer->dwMinorVersion = 1;
+        return TRUE;
+    });
+    InitRegRedirectionTable();
+    EXPECT_TRUE(IsRegTableInForce());
+    EXPECT_TRUE(RegViewNeeds64Key("HKEY_CURRENT_USER\\Software\\Foo"));
+    EXPECT_FALSE(RegViewNeeds64Key("HKEY_LOCAL_MACHINE\\SOFTWARE\\Foo"));
+    EXPECT_FALSE(RegViewNeeds64Key(nullptr));
+    version.FailAlways(ERROR_INVALID_PARAMETER);
+    InitRegRedirectionTable();
+    EXPECT_FALSE(IsRegTableInForce());
+    EXPECT_FALSE(RegViewNeeds64Key("HKEY_CURRENT_USER\\Software\\Foo"));
+    FreeRegRedirectionTable();
+}
+
+}  // namespace

@@ -1,0 +1,143 @@
+#include "system/registry_security.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/api_hook.h"
+#include "support/sandbox.h"
+#include "system/registry.h"
+#include "system/system_facts.h"
+
+namespace {
+
+const HKEY kUser = HKEY_CURRENT_USER;
+
+TEST(Grant, GivesTheUserAndTheLocalSystemEverythingAndNobodyElse) {
+    HeapSid user;
+    ASSERT_TRUE(GetCurrentUserSid(user));
+    SECURITY_DESCRIPTOR descriptor = {};
+    HeapAcl acl;
+    ASSERT_TRUE(BuildGrantDescriptor(user.get(), descriptor, acl));
+
+    BOOL present = FALSE;
+    BOOL defaulted = TRUE;
+    ACL* dacl = nullptr;
+    ASSERT_TRUE(::GetSecurityDescriptorDacl(&descriptor, &present, &dacl, &defaulted));
+    EXPECT_TRUE(present);
+    EXPECT_FALSE(defaulted);
+    ASSERT_EQ(dacl, acl.get());
+    ASSERT_EQ(dacl->AceCount, 2);
+    EXPECT_EQ(dacl->AclRevision, 2);
+
+    const BYTE localSystem[] = {1, 1, 0, 0, 0, 0, 0, 5, 18, 0, 0, 0};
+    const void* const expected[] = {user.get(), localSystem};
+    DWORD used = sizeof(ACL);
+    for (DWORD index = 0; index < 2; ++index) {
+        void* raw = nullptr;
+        ASSERT_TRUE(::GetAce(dacl, index, &raw));
+        auto* const ace = static_cast<ACCESS_ALLOWED_ACE*>(raw);
+        EXPECT_EQ(ace->Header.AceType, 0);
+        EXPECT_EQ(ace->Header.AceFlags, 3);
+        EXPECT_EQ(ace->Mask, 0xF003Fu);
+        EXPECT_TRUE(::EqualSid(&ace->SidStart, const_cast<void*>(expected[index])));
+        used += ace->Header.AceSize;
+    }
+    EXPECT_EQ(dacl->AclSize, used) << "no byte more than it takes";
+}
+
+TEST(Grant, LastsAsLongAsItsObject) {
+    const TestKey key;
+    const std::string locked = key.MakeKey("locked");
+    key.MakeKey("locked\\below");
+    DenyEveryone(kUser, locked);
+    const std::vector<BYTE> before = DaclBytes(kUser, locked);
+    UniqueKey opened;
+    EXPECT_EQ(OpenKey(kUser, locked.c_str(), KEY_READ, opened), ERROR_ACCESS_DENIED);
+    {
+        const TemporaryGrant grant(kUser, locked.c_str());
+        EXPECT_TRUE(grant.Applied());
+        EXPECT_EQ(OpenKey(kUser, locked.c_str(), KEY_ALL_ACCESS, opened), ERROR_SUCCESS);
+        EXPECT_NE(DaclBytes(kUser, locked), before);
+    }
+    EXPECT_EQ(DaclBytes(kUser, locked), before);
+    EXPECT_EQ(OpenKey(kUser, locked.c_str(), KEY_READ, opened), ERROR_ACCESS_DENIED);
+}
+
+TEST(Grant, ThatIsRefusedChangesNothing) {
+    const TestKey key;
+    const std::vector<BYTE> before = DaclBytes(kUser, key.Path());
+    for (const int step : {1, 2}) {
+        // The descriptor is not built to its end, and must not pass for one that lets everybody in.
+        auto sid = API_HOOK(AllocateAndInitializeSid);
+        if (step == 1) sid.FailAlways(ERROR_NOT_ENOUGH_MEMORY);
+        auto setDacl = API_HOOK(SetSecurityDescriptorDacl);
+        setDacl.FailAlways(ERROR_INVALID_ACL);
+        const TemporaryGrant grant(kUser, key.c_str());
+        EXPECT_FALSE(grant.Applied());
+        EXPECT_EQ(DaclBytes(kUser, key.Path()), before);
+    }
+    const TemporaryGrant ofNothing(kUser, key.At("missing").c_str());
+    EXPECT_FALSE(ofNothing.Applied());
+    EXPECT_EQ(DaclBytes(kUser, key.Path()), before);
+}
+
+TEST(Security, IsWrittenToTheKeysBelowOnlyWhenAsked) {
+    const TestKey key;
+    const std::string top = key.MakeKey("top");
+    const std::string below = key.MakeKey("top\\a\\b");
+    const std::string beside = key.MakeKey("top\\c");
+    const std::vector<BYTE> before = DaclBytes(kUser, below);
+
+    HeapSid user;
+    SECURITY_DESCRIPTOR descriptor = {};
+    HeapAcl acl;
+    ASSERT_TRUE(GetCurrentUserSid(user) && BuildGrantDescriptor(user.get(), descriptor, acl));
+    EXPECT_TRUE(RegSetSecurity(kUser, top.c_str(), &descriptor, false));
+    const std::vector<BYTE> granted = DaclBytes(kUser, top);
+    EXPECT_NE(granted, before);
+    EXPECT_EQ(DaclBytes(kUser, below), before);
+
+    EXPECT_TRUE(RegSetSecurity(kUser, top.c_str(), &descriptor, true));
+    EXPECT_EQ(DaclBytes(kUser, below), granted);
+    EXPECT_EQ(DaclBytes(kUser, beside), granted);
+    EXPECT_FALSE(RegSetSecurity(kUser, key.At("missing").c_str(), &descriptor, true));
+}
+
+TEST(Security, IsReadInTwoSteps) {
+    const TestKey key;
+    SecurityBytes security = {1, 2, 3};
+    EXPECT_FALSE(RegGetSecurity(kUser, key.At("missing").c_str(), security));
+    EXPECT_TRUE(security.empty());
+    EXPECT_TRUE(RegGetSecurity(kUser, key.c_str(), security));
+    EXPECT_EQ(security, DaclBytes(kUser, key.Path()));
+
+    auto getSecurity = API_HOOK(RegGetKeySecurity);
+    getSecurity.FailAt(2, 0, LSTATUS{ERROR_ACCESS_DENIED});
+    EXPECT_FALSE(RegGetSecurity(kUser, key.c_str(), security));
+    EXPECT_TRUE(security.empty());
+    getSecurity.FailAt(3, 0, LSTATUS{ERROR_SUCCESS});
+    EXPECT_TRUE(RegGetSecurity(kUser, key.c_str(), security)) << "a key with nothing to tell";
+    EXPECT_TRUE(security.empty());
+}
+
+TEST(UserSid, IsTheTokensAndEmptyWithoutOne) {
+    auto close = API_HOOK(CloseHandle);
+    EXPECT_TRUE(GetCurrentUserSidString().starts_with("S-1-5-21-"));
+    EXPECT_EQ(close.Calls(), 1);
+
+    HeapSid sid;
+    auto information = API_HOOK(GetTokenInformation);
+    information.FailAt(2, ERROR_ACCESS_DENIED);
+    EXPECT_FALSE(GetCurrentUserSid(sid));
+    EXPECT_EQ(sid, nullptr);
+    EXPECT_EQ(close.Calls(), 2) << "the token is closed";
+
+    auto token = API_HOOK(OpenProcessToken);
+    token.FailAlways(ERROR_ACCESS_DENIED);
+    EXPECT_EQ(GetCurrentUserSidString(), "");
+    EXPECT_EQ(close.Calls(), 2);
+}
+
+}  // namespace

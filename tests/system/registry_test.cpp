@@ -1,0 +1,318 @@
+#include "system/registry.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "support/api_hook.h"
+#include "support/sandbox.h"
+#include "system/registry_security.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+const HKEY kUser = HKEY_CURRENT_USER;
+
+struct TextCase {
+    const char* description;
+    DWORD type;
+    std::string bytes;
+    const char* text;
+};
+
+const TextCase kTextCases[] = {
+    {"a text", REG_SZ, "some text\0"s, "some text"},
+    {"a text without its end", REG_SZ, "some text"s, "some text"},
+    {"a text with more behind its end", REG_SZ, "some\0text\0"s, "some"},
+    {"no bytes at all", REG_SZ, ""s, ""},
+    {"variables are not expanded", REG_EXPAND_SZ, "%windir%\\x\0"s, "%windir%\\x"},
+    {"a list is joined", REG_MULTI_SZ, "a\0b\0c\0\0"s, "a, b, c"},
+    {"a list of one", REG_MULTI_SZ, "a\0\0"s, "a"},
+    {"an empty list", REG_MULTI_SZ, "\0"s, ""},
+    {"a list without its end", REG_MULTI_SZ, "a\0b"s, "a, b"},
+    {"a list ends at an empty string", REG_MULTI_SZ, "a\0\0b\0\0"s, "a"},
+    {"a number is no text", REG_DWORD, "\1\2\3\4"s, "fallback"},
+    {"bytes are no text", REG_BINARY, "text\0"s, "fallback"},
+};
+
+TEST(RegistryTexts, AreReadByTheirType) {
+    const TestKey key;
+    for (const TextCase& row : kTextCases) {
+        key.SetRaw("value", row.type, row.bytes);
+        EXPECT_EQ(RegReadText(kUser, key.c_str(), "value", "fallback"), row.text) << row.description;
+        EXPECT_EQ(RegValueType(kUser, key.c_str(), "value", 0), row.type) << row.description;
+    }
+    EXPECT_EQ(RegReadText(kUser, key.c_str(), "missing", "fallback"), "fallback");
+    EXPECT_EQ(RegReadText(kUser, key.At("missing").c_str(), "value", "fallback"), "fallback");
+    EXPECT_EQ(RegReadText(kUser, key.At("missing").c_str(), "value", nullptr), "");
+}
+
+TEST(RegistryTexts, GiveTheFallbackWhenTheValueGrowsWhileItIsRead) {
+    const TestKey key;
+    key.SetText("value", "short");
+    auto query = API_HOOK(RegQueryValueExA);
+    query.Before(2, [&] { key.SetText("value", std::string(5000, 'x')); });
+    EXPECT_EQ(RegReadText(kUser, key.c_str(), "value", "fallback"), "fallback");
+    EXPECT_EQ(RegReadText(kUser, key.c_str(), "value", "fallback").size(), 5000u);
+}
+
+TEST(RegistryNumbers, AreTheFirstFourBytes) {
+    const TestKey key;
+    key.SetNumber("number", 0x12345678);
+    key.SetRaw("two bytes", REG_BINARY, "\1\2"s);
+    key.SetRaw("five bytes", REG_BINARY, "\1\2\3\4\5"s);
+    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "number", 7), 0x12345678u);
+    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "two bytes", 0xAABBCCDD), 0xAABB0201u);
+    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "five bytes", 7), 7u);
+    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "missing", 7), 7u);
+    EXPECT_EQ(RegReadDword(kUser, key.At("missing").c_str(), "number", 7), 7u);
+}
+
+TEST(RegistryFacts, TellMissingFromPresent) {
+    const TestKey key;
+    key.SetText("text", "1234");
+    key.SetRaw("list", REG_MULTI_SZ, "a\0b\0\0"s);
+    EXPECT_EQ(RegValueSize(kUser, key.c_str(), "text"), 5u);
+    EXPECT_EQ(RegValueSize(kUser, key.c_str(), "list"), 5u);
+    EXPECT_EQ(RegValueSize(kUser, key.c_str(), "missing"), 0u);
+    EXPECT_EQ(RegValueSize(kUser, key.At("missing").c_str(), "text"), 0u);
+    EXPECT_EQ(RegValueType(kUser, key.c_str(), "missing", 0), kNoRegValue);
+    EXPECT_EQ(RegValueType(kUser, key.At("missing").c_str(), "text", 0), kNoRegValue);
+
+    DenyEveryone(kUser, key.MakeKey("locked"));
+    EXPECT_TRUE(RegKeyReachable(kUser, key.c_str()));
+    EXPECT_TRUE(RegKeyReachable(kUser, key.At("locked").c_str())) << "a locked key is worth a walk";
+    EXPECT_FALSE(RegKeyReachable(kUser, key.At("missing").c_str()));
+}
+
+TEST(RegistryFacts, AreReadFromTheViewThatIsAskedFor) {
+    const TestKey key(HKEY_LOCAL_MACHINE);
+    HKEY raw = nullptr;
+    ASSERT_EQ(::RegCreateKeyExA(HKEY_LOCAL_MACHINE, key.c_str(), 0, nullptr, 0, KEY_WRITE | KEY_WOW64_32KEY,
+                                nullptr, &raw, nullptr),
+              ERROR_SUCCESS);
+    const UniqueKey other(raw);
+    ::RegSetValueExA(other.get(), "text", 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>("32"), 3);
+    const DWORD number = 32;
+    ::RegSetValueExA(other.get(), "number", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), 4);
+
+    EXPECT_EQ(RegReadText(HKEY_LOCAL_MACHINE, key.c_str(), "text", "none", KEY_WOW64_64KEY), "none");
+    EXPECT_EQ(RegReadText(HKEY_LOCAL_MACHINE, key.c_str(), "text", "none", KEY_WOW64_32KEY), "32");
+    EXPECT_EQ(RegReadDword(HKEY_LOCAL_MACHINE, key.c_str(), "number", 0, KEY_WOW64_64KEY), 0u);
+    EXPECT_EQ(RegReadDword(HKEY_LOCAL_MACHINE, key.c_str(), "number", 0, KEY_WOW64_32KEY), 32u);
+    EXPECT_EQ(RegValueType(HKEY_LOCAL_MACHINE, key.c_str(), "text", KEY_WOW64_64KEY), kNoRegValue);
+    EXPECT_EQ(RegValueType(HKEY_LOCAL_MACHINE, key.c_str(), "text", KEY_WOW64_32KEY), DWORD{REG_EXPAND_SZ});
+    ::RegDeleteKeyExA(HKEY_LOCAL_MACHINE, key.c_str(), KEY_WOW64_32KEY, 0);
+}
+
+TEST(RegistryWrites, MakeTheKeyAndTheValue) {
+    const TestKey key;
+    const std::string deep = key.At("a\\b\\c");
+    EXPECT_TRUE(RegWriteString(kUser, deep.c_str(), "text", "abc"));
+    EXPECT_EQ(ValueBytes(kUser, deep, "text"), "abc\0"s);
+    EXPECT_EQ(RegValueType(kUser, deep.c_str(), "text", 0), DWORD{REG_SZ});
+    EXPECT_TRUE(RegWriteBinary(kUser, deep.c_str(), "bytes", "\0\1\2", 3));
+    EXPECT_EQ(ValueBytes(kUser, deep, "bytes"), "\0\1\2"s);
+    EXPECT_EQ(RegValueType(kUser, deep.c_str(), "bytes", 0), DWORD{REG_BINARY});
+
+    DenyEveryone(kUser, deep);
+    EXPECT_FALSE(RegWriteString(kUser, deep.c_str(), "text", "xyz"));
+    EXPECT_FALSE(RegWriteBinary(kUser, deep.c_str(), "bytes", "x", 1));
+}
+
+TEST(RegistryDeletes, MissingCountsAsGone) {
+    const TestKey key;
+    key.SetText("value", "x", "sub");
+    const std::string sub = key.At("sub");
+    const std::string missing = key.At("missing");
+    EXPECT_TRUE(RegDeleteValueGranted(kUser, missing.c_str(), "value"));
+    EXPECT_TRUE(RegDeleteValueGranted(kUser, sub.c_str(), "missing"));
+    EXPECT_TRUE(RegDeleteValueGranted(kUser, sub.c_str(), "value"));
+    EXPECT_FALSE(ValueExists(kUser, sub, "value"));
+
+    EXPECT_TRUE(RegDeleteKeyGranted(kUser, missing.c_str()));
+    EXPECT_TRUE(RegDeleteKeyGranted(kUser, sub.c_str()));
+    EXPECT_FALSE(KeyExists(kUser, sub));
+}
+
+TEST(RegistryDeletes, AKeyWithSubKeysStaysWithItsSecurity) {
+    const TestKey key;
+    const std::string sub = key.MakeKey("sub");
+    key.MakeKey("sub\\below");
+    const std::vector<BYTE> before = DaclBytes(kUser, sub);
+    auto setSecurity = API_HOOK(RegSetKeySecurity);
+    EXPECT_FALSE(RegDeleteKeyGranted(kUser, sub.c_str()));
+    EXPECT_EQ(setSecurity.Calls(), 2) << "the grant, and the way back";
+    EXPECT_EQ(DaclBytes(kUser, sub), before);
+    EXPECT_TRUE(KeyExists(kUser, key.At("sub\\below")));
+}
+
+TEST(RegistryDeletes, ALockedKeyIsDeletedUnderTheGrant) {
+    const TestKey key;
+    const std::string locked = key.MakeKey("locked");
+    DenyEveryone(kUser, locked);
+    auto deleteKey = API_HOOK(RegDeleteKeyA);
+    deleteKey.FailAt(1, 0, LSTATUS{ERROR_ACCESS_DENIED});
+    UniqueKey underGrant;
+    deleteKey.Before(2, [&] {
+        EXPECT_EQ(OpenKey(kUser, locked.c_str(), KEY_ALL_ACCESS, underGrant), ERROR_SUCCESS);
+        underGrant.reset();
+    });
+    EXPECT_TRUE(RegDeleteKeyGranted(kUser, locked.c_str()));
+    EXPECT_EQ(deleteKey.Calls(), 2);
+    EXPECT_FALSE(KeyExists(kUser, locked));
+}
+
+TEST(RegistryDeletes, ALockedKeyThatCannotBeUnlockedStays) {
+    const TestKey key;
+    const std::string locked = key.MakeKey("locked");
+    DenyEveryone(kUser, locked);
+    const std::vector<BYTE> before = DaclBytes(kUser, locked);
+    auto deleteKey = API_HOOK(RegDeleteKeyA);
+    deleteKey.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
+    {
+        auto setSecurity = API_HOOK(RegSetKeySecurity);
+        setSecurity.FailAt(1, 0, LSTATUS{ERROR_ACCESS_DENIED});
+        EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
+        EXPECT_EQ(deleteKey.Calls(), 1) << "without a grant there is no second try";
+        EXPECT_EQ(setSecurity.Calls(), 2) << "the old security is written back all the same";
+    }
+    {
+        auto token = API_HOOK(OpenProcessToken);
+        token.FailAlways(ERROR_ACCESS_DENIED);
+        EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
+        EXPECT_EQ(deleteKey.Calls(), 2) << "nor without a user to grant it to";
+    }
+    EXPECT_EQ(DaclBytes(kUser, locked), before);
+
+    // Where the old security cannot be read there is nothing to write back.
+    auto getSecurity = API_HOOK(RegGetKeySecurity);
+    getSecurity.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
+    auto setSecurity = API_HOOK(RegSetKeySecurity);
+    EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
+    EXPECT_EQ(deleteKey.Calls(), 4);
+    EXPECT_EQ(setSecurity.Calls(), 1);
+}
+
+TEST(RegistryDeletes, ALockedValueIsReportedGoneAndStays) {
+    const TestKey key;
+    key.SetText("value", "x", "locked");
+    const std::string locked = key.At("locked");
+    const std::vector<BYTE> open = DaclBytes(kUser, locked);
+    DenyEveryone(kUser, locked);
+    const std::vector<BYTE> before = DaclBytes(kUser, locked);
+    ASSERT_NE(before, open);
+    EXPECT_TRUE(RegDeleteValueGranted(kUser, locked.c_str(), "value"));
+    EXPECT_EQ(DaclBytes(kUser, locked), before);
+    {
+        const TemporaryGrant grant(kUser, locked.c_str());
+        EXPECT_TRUE(ValueExists(kUser, locked, "value"));
+    }
+    auto setSecurity = API_HOOK(RegSetKeySecurity);
+    setSecurity.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
+    EXPECT_FALSE(RegDeleteValueGranted(kUser, locked.c_str(), "value")) << "there was no grant";
+}
+
+// Notes which keys are opened and which are closed.
+class KeyBook {
+  public:
+    KeyBook() {
+        m_open.Replace([this](HKEY root, LPCSTR path, DWORD options, REGSAM access, PHKEY key) {
+            const LSTATUS status = m_open.Real()(root, path, options, access, key);
+            if (status == ERROR_SUCCESS) ++m_balance[*key];
+            return status;
+        });
+        m_create.Replace([this](HKEY root, LPCSTR path, DWORD reserved, LPSTR keyClass, DWORD options,
+                                REGSAM access, const LPSECURITY_ATTRIBUTES security, PHKEY key,
+                                LPDWORD made) {
+            const LSTATUS status =
+                m_create.Real()(root, path, reserved, keyClass, options, access, security, key, made);
+            if (status == ERROR_SUCCESS) ++m_balance[*key];
+            return status;
+        });
+        m_close.Replace([this](HKEY key) {
+            EXPECT_EQ(--m_balance[key], 0) << "closed twice, or not ours";
+            return m_close.Real()(key);
+        });
+    }
+
+    int Opened() const { return m_open.Calls() + m_create.Calls(); }
+    int StillOpen() const {
+        int count = 0;
+        for (const auto& [key, balance] : m_balance) count += balance;
+        return count;
+    }
+
+  private:
+    std::map<HKEY, int> m_balance;
+    ApiHook<decltype(&::RegOpenKeyExA)> m_open{"RegOpenKeyExA"};
+    ApiHook<decltype(&::RegCreateKeyExA)> m_create{"RegCreateKeyExA"};
+    ApiHook<decltype(&::RegCloseKey)> m_close{"RegCloseKey"};
+};
+
+TEST(RegistryHandles, AreClosedOnceOnEveryPath) {
+    const TestKey key;
+    key.SetText("text", "x", "sub\\below");
+    key.SetText("text", "x", "locked");
+    const std::string sub = key.At("sub");
+    const std::string locked = key.At("locked");
+    const std::string missing = key.At("missing");
+    DenyEveryone(kUser, locked);
+    const KeyBook book;
+    for (const std::string* path : {&sub, &locked, &missing}) {
+        RegReadText(kUser, path->c_str(), "text", "");
+        RegReadDword(kUser, path->c_str(), "text", 0);
+        RegValueSize(kUser, path->c_str(), "text");
+        RegValueType(kUser, path->c_str(), "text", 0);
+        RegKeyReachable(kUser, path->c_str());
+        SecurityBytes security;
+        RegGetSecurity(kUser, path->c_str(), security);
+        RegSetSecurity(kUser, path->c_str(), security.data(), true);
+        RegDeleteValueGranted(kUser, path->c_str(), "text");
+        RegDeleteKeyGranted(kUser, path->c_str());
+        RegWriteString(kUser, path->c_str(), "text", "x");
+        RegWriteBinary(kUser, path->c_str(), "bytes", "x", 1);
+    }
+    EXPECT_EQ(book.StillOpen(), 0);
+    EXPECT_GT(book.Opened(), 30);
+}
+
+TEST(RegistryArguments, NullFailsWithoutACall) {
+    auto open = API_HOOK(RegOpenKeyExA);
+    auto create = API_HOOK(RegCreateKeyExA);
+    auto deleteKey = API_HOOK(RegDeleteKeyA);
+    UniqueKey key;
+    SecurityBytes security;
+    SECURITY_DESCRIPTOR descriptor = {};
+    HeapAcl acl;
+    const char* const path = "Software\\VelvaneTests";
+    EXPECT_NE(OpenKey(nullptr, path, KEY_READ, key), ERROR_SUCCESS);
+    EXPECT_NE(OpenKey(kUser, nullptr, KEY_READ, key), ERROR_SUCCESS);
+    EXPECT_FALSE(RegWriteBinary(kUser, path, "name", nullptr, 1));
+    EXPECT_FALSE(RegWriteString(kUser, path, nullptr, "text"));
+    EXPECT_FALSE(RegWriteString(nullptr, path, "name", "text"));
+    EXPECT_EQ(RegReadDword(kUser, nullptr, "name", 7), 7u);
+    EXPECT_EQ(RegValueSize(kUser, path, nullptr), 0u);
+    EXPECT_EQ(RegValueType(nullptr, path, "name", 0), kNoRegValue);
+    EXPECT_FALSE(RegKeyReachable(kUser, nullptr));
+    EXPECT_EQ(RegReadText(kUser, path, nullptr, "fallback"), "fallback");
+    EXPECT_FALSE(RegDeleteKeyGranted(kUser, nullptr));
+    EXPECT_FALSE(RegDeleteValueGranted(kUser, path, nullptr));
+    EXPECT_FALSE(RegGetSecurity(kUser, nullptr, security));
+    EXPECT_FALSE(RegSetSecurity(kUser, path, nullptr, true));
+    EXPECT_FALSE(BuildGrantDescriptor(nullptr, descriptor, acl));
+    EXPECT_EQ(open.Calls() + create.Calls() + deleteKey.Calls(), 0);
+}
+
+TEST(RegistryRoots, HaveNames) {
+    EXPECT_STREQ(RegRootShortName(HKEY_CLASSES_ROOT), "HKCR");
+    EXPECT_STREQ(RegRootShortName(HKEY_USERS), "HKU");
+    EXPECT_STREQ(RegRootShortName(HKEY_CURRENT_CONFIG), "");
+    EXPECT_STREQ(RootKeyName(HKEY_LOCAL_MACHINE), "HKEY_LOCAL_MACHINE");
+    EXPECT_EQ(RootKeyName(HKEY_USERS), nullptr);
+}
+
+}  // namespace

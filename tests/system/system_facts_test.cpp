@@ -1,0 +1,153 @@
+#include "system/system_facts.h"
+
+#include <gtest/gtest.h>
+#include <shlobj.h>
+
+#include <cstring>
+#include <string>
+
+#include "support/api_hook.h"
+
+namespace {
+
+struct VersionCase {
+    DWORD platform, major, minor, build;
+    int code;
+    const char* name;
+};
+
+const VersionCase kVersionCases[] = {
+    {1, 4, 0, 949, 0, "unknown Windows version"},
+    {1, 4, 0, 950, 1, "Windows 95"},
+    {1, 4, 9, 951, 2, "Windows 95 SP1"},
+    {1, 4, 0, 1080, 2, "Windows 95 SP1"},
+    {1, 4, 0, 1081, 3, "Windows 95 OSR2"},
+    {1, 4, 10, 1997, 0, "unknown Windows version"},
+    {1, 4, 10, 1998, 4, "Windows 98"},
+    {1, 4, 10, 1999, 5, "Windows 98 SP1"},
+    {1, 4, 10, 2182, 5, "Windows 98 SP1"},
+    {1, 4, 10, 2183, 6, "Windows 98 SE"},
+    {1, 4, 10, 0x040A08AE, 6, "Windows 98 SE"},  // with the version in the high half, as that family tells it
+    {1, 4, 11, 2222, 0, "unknown Windows version"},
+    {1, 4, 90, 3000, 7, "Windows ME"},
+    {2, 3, 51, 1057, 101, "Windows NT 3.51"},
+    {2, 4, 0, 1381, 102, "Windows NT 4"},
+    {2, 5, 0, 2195, 103, "Windows 2000"},
+    {2, 5, 1, 2600, 104, "Windows XP"},
+    {2, 5, 2, 3790, 0, "unknown Windows version"},
+    {2, 6, 0, 6002, 105, "Windows Vista"},
+    {2, 6, 1, 7601, 105, "Windows Vista"},
+    {2, 10, 0, 19045, 0, "unknown Windows version"},
+    {3, 5, 2, 1700, 201, "Windows CE"},
+    {4, 6, 1, 7601, 0, "unknown Windows version"},
+};
+
+TEST(WindowsVersion, HasTheNameOfItsRow) {
+    auto version = API_HOOK(GetVersionExA);
+    std::string text;
+    int code = -1;
+    for (const VersionCase& row : kVersionCases) {
+        version.Replace([&](OSVERSIONINFOA* answer) {
+            EXPECT_EQ(answer->dwOSVersionInfoSize, 148u);
+            answer->dwPlatformId = row.platform;
+            answer->dwMajorVersion = row.major;
+            answer->dwMinorVersion = row.minor;
+            answer->dwBuildNumber = row.build;
+            return TRUE;
+        });
+        EXPECT_TRUE(GetWindowsVersionName(text, code));
+        EXPECT_EQ(code, row.code) << row.platform << ": " << row.major << "." << row.minor << "."
+                                  << row.build;
+        EXPECT_EQ(text, row.name) << row.platform << ": " << row.major << "." << row.minor << "."
+                                  << row.build;
+    }
+    version.FailAlways(ERROR_INVALID_PARAMETER);
+    EXPECT_FALSE(GetWindowsVersionName(text, code));
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(text, "unknown Windows version");
+}
+
+TEST(Wow64, IsWhatTheSystemSaysWhereItHasTheQuestion) {
+    auto question = LATE_BOUND_HOOK(IsWow64Process);
+    question.Replace([](HANDLE process, PBOOL answer) {
+        EXPECT_EQ(process, ::GetCurrentProcess());
+        *answer = TRUE;
+        return FALSE;  // the result is not looked at
+    });
+    EXPECT_TRUE(IsWow64());
+    question.FailAlways(ERROR_ACCESS_DENIED);
+    EXPECT_FALSE(IsWow64());
+    const MissingEntryPoint older("IsWow64Process");
+    EXPECT_FALSE(IsWow64());
+    EXPECT_EQ(question.Calls(), 2);
+}
+
+TEST(FsRedirection, IsRevertedWithTheAddressOfTheSavedState) {
+    PVOID saved = nullptr;
+    {
+        auto disable = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
+        disable.Replace([](PVOID* state) {
+            *state = reinterpret_cast<PVOID>(0x1234);
+            return 5;
+        });
+        auto revert = LATE_BOUND_HOOK(Wow64RevertWow64FsRedirection);
+        PVOID handed = nullptr;
+        revert.Replace([&](PVOID state) {
+            handed = state;
+            return 6;
+        });
+        EXPECT_EQ(DisableFsRedirection(&saved), 5);
+        EXPECT_EQ(RevertFsRedirection(&saved), 6);
+        EXPECT_EQ(handed, &saved);
+        EXPECT_EQ(saved, reinterpret_cast<PVOID>(0x1234));
+    }
+    const MissingEntryPoint noDisable("Wow64DisableWow64FsRedirection");
+    const MissingEntryPoint noRevert("Wow64RevertWow64FsRedirection");
+    EXPECT_EQ(DisableFsRedirection(&saved), 0);
+    EXPECT_EQ(RevertFsRedirection(&saved), 0);
+}
+
+TEST(Folders, ComeWithoutATrailingBackslash) {
+    EXPECT_EQ(FolderPath(CSIDL_WINDOWS), "C:\\windows");
+    EXPECT_FALSE(FolderPath(CSIDL_BITBUCKET)) << "a folder without a path";
+    EXPECT_FALSE(FolderPath(0x7FFF));
+    auto folder = API_HOOK(SHGetFolderPathA);
+    folder.Replace([](HWND window, int csidl, HANDLE token, DWORD flags, LPSTR path) {
+        EXPECT_EQ(window, nullptr);
+        EXPECT_EQ(csidl, CSIDL_PERSONAL);
+        EXPECT_EQ(token, nullptr);
+        EXPECT_EQ(flags, 0u);
+        std::strcpy(path, "D:\\");
+        return HRESULT{S_OK};
+    });
+    EXPECT_EQ(FolderPath(CSIDL_PERSONAL), "D:");
+}
+
+TEST(Folders, OfTheProgramIsWholeHoweverLong) {
+    EXPECT_TRUE(ProgramFolder().starts_with("X:\\"));
+    EXPECT_TRUE(ProgramFolder().ends_with("\\"));
+
+    const std::string folder = "\\\\?\\C:\\" + std::string(700, 'a') + "\\";
+    const std::string program = folder + "velvane.exe";
+    auto fileName = API_HOOK(GetModuleFileNameA);
+    fileName.Replace([&](HMODULE module, LPSTR buffer, DWORD size) {
+        EXPECT_EQ(module, nullptr);
+        const std::size_t length = program.copy(buffer, size);  // what does not fit is cut off without an end
+        if (length < size) buffer[length] = '\0';
+        return static_cast<DWORD>(length);
+    });
+    EXPECT_EQ(ProgramFolder(), folder);
+    fileName.FailAlways(ERROR_MOD_NOT_FOUND);
+    EXPECT_EQ(ProgramFolder(), "");
+}
+
+TEST(LowerText, FollowsTheCodePageAndLetsALetterChangeItsLength) {
+    ASSERT_EQ(::GetACP(), UINT{CP_UTF8}) << "by the manifest";
+    EXPECT_EQ(LowerText(""), "");
+    EXPECT_EQ(LowerText("C:\\Program Files\\A1_[]"), "c:\\program files\\a1_[]");
+    EXPECT_EQ(LowerText("\xC3\x84\xD0\x96x"), "\xC3\xA4\xD0\xB6x");
+    EXPECT_EQ(LowerText("\xC8\xBAZ"), "\xE2\xB1\xA5z") << "two bytes become three";
+    EXPECT_EQ(LowerText("\xE2\xB1\xA2Z"), "\xC9\xABz") << "three become two";
+}
+
+}  // namespace
