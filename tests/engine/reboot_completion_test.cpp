@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <shlobj.h>
-
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/random_text.h"
+#include "engine/app_data_stand_in.h"
 #include "engine/engine_fixture.h"
 #include "engine/message_log.h"
 #include "engine/write_recorder.h"
@@ -21,26 +20,14 @@ using Lines = std::vector<std::string>;
 // An engine whose application data lie in the test's folder.
 class Reboot : public EngineTest {
   protected:
-    Reboot() {
-        m_folders.Replace([this](HWND owner, int csidl, HANDLE token, DWORD flags, LPSTR path) -> HRESULT {
-            if (csidl != CSIDL_APPDATA) return m_folders.Real()(owner, csidl, token, flags, path);
-            if (!appData) return E_FAIL;
-            appData->copy(path, appData->size());
-            path[appData->size()] = '\0';
-            return S_OK;
-        });
-        RestartEngine();
-    }
+    Reboot() { RestartEngine(); }
     // It saves nothing on its way out, but it goes before what it was told of does.
     ~Reboot() override { engine.reset(); }
 
     const std::string data = folder.MakeFolder("data");
-    std::optional<std::string> appData = data;
+    AppDataStandIn appData{data};
     const std::string product = folder.MakeFolder("data\\Quillmere\\Velvane");
     const std::string rebootFolder = product + "\\DeleteOnReboot\\";
-
-  private:
-    ApiHook<decltype(&::SHGetFolderPathA)> m_folders{"SHGetFolderPathA"};
 };
 
 // What the system was asked to do at its restart.
@@ -142,7 +129,7 @@ TEST_F(RebootSchedule, SchedulesNothingUnderAPathThatIsTooLong) {
 }
 
 TEST_F(RebootSchedule, WithoutApplicationDataTheTargetIsTheBareName) {
-    appData.reset();
+    appData.TakeAway();
     RestartEngine();
     EXPECT_EQ(engine->GetRebootFolder(false), "");
     RandomText::Seed(5);
