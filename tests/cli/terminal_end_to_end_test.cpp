@@ -13,8 +13,10 @@ class CliTerminal : public CliEndToEnd {
     static void SetUpTestSuite() {
         ::FreeConsole();
         ASSERT_TRUE(::AllocConsole());
-        ::SetConsoleCtrlHandler([](DWORD) -> BOOL { return TRUE; }, TRUE);
+        ::SetConsoleCtrlHandler(Ignore, TRUE);
     }
+
+    static BOOL WINAPI Ignore(DWORD) { return TRUE; }
 
     static UniqueHandle OpenConsoleInput() {
         return OwnHandle<UniqueHandle>(::CreateFileA("CONIN$", GENERIC_READ | GENERIC_WRITE,
