@@ -17,7 +17,7 @@ readonly THINGS=(
     "a cached page with a foreign name|$CHROME/Cache/Ärger-Ωμέγα-日本.html|goes|every name is reached"
     "a folder in the cache|$CHROME/Code Cache/js|goes|behind what was in it"
     "a cached page that is in use|$HELD|restarts|another program holds it open"
-    "a link in the cache|$CHROME/Cache/shortcut|may stay|a link is never followed"
+    "a link in the cache|$CHROME/Cache/shortcut|may stay|never followed; Wine does not let it be removed"
     "the browsing history|$CHROME/History|goes|the pages visited"
     "the cache of Firefox|AppData/Local/Mozilla/Firefox/Profiles/x1.default/cache2/entries/A1|goes|its profile is found by profiles.ini"
     "the links to recent documents|AppData/Roaming/Microsoft/Windows/Recent/tax return.pdf.lnk|goes|what was opened"

@@ -21,7 +21,14 @@ velvane() {
     printf '  > velvane-cli %s\n\n' "$*"
     STATUS=0
     windows $BIN/velvane-cli.exe "$@" </dev/null 2>&1 | indent || STATUS=${PIPESTATUS[0]}
-    printf '\n  (exit code %d)\n' "$STATUS"
+    local meaning
+    case $STATUS in
+        0) meaning="done" ;;
+        3) meaning="done, but something stayed" ;;
+        4) meaning="done, but something waits for the restart" ;;
+        *) meaning="that should not be" ;;
+    esac
+    printf '\n  (exit code %d: %s)\n' "$STATUS" "$meaning"
 }
 
 if [[ ${1:-} != --built ]]; then

@@ -1,6 +1,13 @@
 #include "cli/console.h"
 
+#include <atomic>
 #include <cstdio>
+
+namespace {
+
+std::atomic<bool> g_asking{false};
+
+}  // namespace
 
 ConsoleCodePage::ConsoleCodePage() {
     if (!IsTerminal(STD_OUTPUT_HANDLE) && !IsTerminal(STD_ERROR_HANDLE)) return;
@@ -65,15 +72,22 @@ bool OutputArrived() {
     return std::fflush(stdout) == 0 && !std::ferror(stdout);
 }
 
+bool IsAsking() {
+    return g_asking;
+}
+
 Answer Ask(std::string_view question) {
     std::fflush(stdout);
+    g_asking = true;
     std::fwrite(question.data(), 1, question.size(), stderr);
     std::fflush(stderr);
     char line[16] = "";
     DWORD read = 0;
+    ::SetLastError(ERROR_SUCCESS);
     const BOOL ok = ::ReadFile(::GetStdHandle(STD_INPUT_HANDLE), line, sizeof line - 1, &read, nullptr);
     const DWORD error = ::GetLastError();
-    // Ctrl+C ends the waiting for a line with nothing read.
+    g_asking = false;
+    // Ctrl+C ends the waiting for a line with nothing read, which some systems call a success.
     if (error == ERROR_OPERATION_ABORTED && read == 0) return Answer::Stopped;
     if (!ok) return Answer::No;
     std::string answer(line, read);

@@ -45,6 +45,8 @@ bool OutputArrived();
 enum class Answer { Yes, No, Stopped };
 // Asks on standard error and reads a line from standard input. Everything but y and yes is No.
 Answer Ask(std::string_view question);
+// Whether an answer is waited for. Any thread.
+bool IsAsking();
 
 // A line on a terminal that is written over as the work goes on; nothing at all where there is none.
 class ProgressLine {

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr DWORD kRunLimit = 60000;  // ms
-constexpr ULONGLONG kAwaitLimit = 20000;
+constexpr DWORD kRunLimit = 120000;  // ms
+constexpr ULONGLONG kAwaitLimit = 60000;
 
 // One argument as the C library of the program takes it apart again.
 std::string Quoted(const std::string& text) {

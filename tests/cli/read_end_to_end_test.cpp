@@ -39,6 +39,17 @@ class CliRead : public CliEndToEnd {
             ElementXml("Category", "Name='Second'", ElementXml("Application", "Name='App'", off))));
     }
 
+    // Makes the folder of what waits for the restart, with one file that was moved there. Returns its path.
+    static std::string LeaveForTheRestart() {
+        const std::string waiting =
+            FolderPath(CSIDL_APPDATA).value() + "\\Quillmere\\Velvane\\DeleteOnReboot\\";
+        ::SHCreateDirectoryExA(nullptr, waiting.c_str(), nullptr);
+        const auto file = OwnHandle<UniqueHandle>(::CreateFileA(
+            (waiting + "left_a1B2c").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        EXPECT_TRUE(file);
+        return waiting;
+    }
+
     // A preferences file with a whitelist entry.
     std::string MakePreferences() const {
         return folder.MakeFile("prefs.db",
@@ -140,11 +151,7 @@ TEST_F(CliRead, BytesThatAreNoTextDoNotBreakTheOutput) {
 TEST_F(CliRead, LookingChangesNothing) {
     MakeTraces();
     // What waits from an earlier run is finished by a clean, and only by that.
-    const std::string waiting = FolderPath(CSIDL_APPDATA).value() + "\\Quillmere\\Velvane\\DeleteOnReboot\\";
-    ::SHCreateDirectoryExA(nullptr, waiting.c_str(), nullptr);
-    const UniqueHandle left = OwnHandle<UniqueHandle>(::CreateFileA(
-        (waiting + "left_a1B2c").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-    ASSERT_TRUE(left);
+    const std::string waiting = LeaveForTheRestart();
     const Names before = Tree();
     const std::vector<Names> lines = {{"list"},
                                       {"scan"},
@@ -169,13 +176,10 @@ TEST_F(CliRead, LookingChangesNothing) {
 
 TEST_F(CliRead, WhatWaitsIsFinishedByTheNextClean) {
     MakeTraces();
-    const std::string waiting = FolderPath(CSIDL_APPDATA).value() + "\\Quillmere\\Velvane\\DeleteOnReboot\\";
-    ::SHCreateDirectoryExA(nullptr, waiting.c_str(), nullptr);
-    OwnHandle<UniqueHandle>(::CreateFileA((waiting + "left_a1B2c").c_str(), GENERIC_WRITE, 0, nullptr,
-                                          CREATE_ALWAYS, 0, nullptr));
+    const std::string waiting = LeaveForTheRestart();
     const CliResult result = Run({"clean", "--yes", "--only", "Second"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_FALSE(Exists(waiting));
+    EXPECT_FALSE(Exists(waiting + "left_a1B2c"));
     EXPECT_NE(result.out.find("Finished what waited for the restart: 1 trace."), std::string::npos)
         << result.out;
 }
