@@ -39,9 +39,15 @@ class PackedText {
         m_begin = kHeader + lengths[0] + lengths[1];
     }
 
-    // Inflates and parses. Returns the seconds.
+    // Inflates and parses, and frees what that took. Returns the seconds.
     double Parse() {
         const double begin = Now();
+        Require(ParseOnce(), "definitions that are whole");
+        return Now() - begin;
+    }
+
+  private:
+    bool ParseOnce() {
         const std::unique_ptr<char, FreeDeleter> text(static_cast<char*>(std::malloc(m_textSize)));
         z_stream stream = {};
         stream.next_in = m_archive.data() + m_begin;
@@ -52,15 +58,11 @@ class PackedText {
         const int status = ::inflate(&stream, Z_FINISH);
         ::inflateEnd(&stream);
         pugi::xml_document document;
-        const bool parsed = document.load_buffer_inplace(
-            text.get(), m_textSize, pugi::parse_cdata | pugi::parse_wconv_attribute | pugi::parse_eol,
-            pugi::encoding_utf8);
-        const double seconds = Now() - begin;
-        Require(status == Z_STREAM_END && parsed, "definitions that are whole");
-        return seconds;
+        constexpr unsigned int kOptions = pugi::parse_cdata | pugi::parse_wconv_attribute | pugi::parse_eol;
+        return status == Z_STREAM_END &&
+               document.load_buffer_inplace(text.get(), m_textSize, kOptions, pugi::encoding_utf8);
     }
 
-  private:
     std::size_t m_textSize;
     std::vector<std::uint8_t> m_archive;
     std::size_t m_begin;

@@ -56,6 +56,12 @@ constexpr std::string_view kEntities[] = {
 </Entity>
 )",
 };
+constexpr std::string_view kVariables = R"(<LocationVariables>
+<LocationVariable Name="games" Type="SYS" Location="C:\Games" ValueName=""/>
+<LocationVariable Name="%mail%" Type="REG" Location="HKCU\Software\Mail" ValueName="Store"/>
+<LocationVariable Name="player" Type="INI" Location="%windir%\player.ini" Section="Main" ValueName="Lists"/>
+</LocationVariables>
+)";
 constexpr std::uint32_t kFewestEntities = 2;
 constexpr std::uint32_t kMostEntities = 6;
 constexpr int kApplicationsInCategory = 200;
@@ -116,6 +122,7 @@ std::string SampleDefinitions(std::size_t size) {
     Numbers numbers;
     std::string text =
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<xclean_def version=\"42\" date=\"2024-05-01\">\n";
+    text += kVariables;
     for (int application = 0; text.size() < size; ++application) {
         if (application % kApplicationsInCategory == 0) {
             if (application > 0) text += "</Category>\n";

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Holds the look of a line: fails for each C++ file that clang-format would write differently.
-# usage: check-format.sh               the files of src/, tests/ and bench/
+# usage: check-format.sh               the files of src/, tests/, bench/ and definitions/
 #        check-format.sh --self-test   shows that it can fail
 set -euo pipefail
 source "${BASH_SOURCE[0]%/*}/lib.sh"
@@ -26,7 +26,7 @@ case ${1:-} in
         cd -- "$VELVANE_ROOT"
         # New files, too, so that it tells before the commit.
         mapfile -d '' files < <(git ls-files -z --cached --others --exclude-standard -- \
-            src tests bench | grep -zE '\.(h|cpp)$')
+            src tests bench definitions | grep -zE '\.(h|cpp)$')
         existing=()
         for file in "${files[@]}"; do if [[ -f $file ]]; then existing+=("$file"); fi; done
         ((${#existing[@]})) || die "no file was found"

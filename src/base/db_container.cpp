@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
+#include <new>
+#include <optional>
 
 #include "base/memory_archive.h"
 
@@ -10,9 +11,6 @@ namespace {
 
 constexpr char kEntryName[] = "Clean";
 constexpr std::uint8_t kKey = 0x5B;
-
-// No database comes near it; a file that declares more wants our memory.
-constexpr std::uint64_t kMaxPayload = 256u << 20;  // bytes
 
 // Deflate never does better: two bits for a run of 258 bytes.
 constexpr std::uint64_t kBestRatio = 1032;
@@ -22,10 +20,17 @@ void ApplyKey(std::uint8_t* bytes, std::size_t length) {
     for (std::size_t i = 0; i < length; ++i) bytes[i] ^= kKey;
 }
 
-// Whether a file of `fileLength` bytes can hold what the entry declares. Asked before anything is allocated.
-bool CanHold(std::uint64_t fileLength, const ArchiveReader::Entry& entry) {
-    const std::uint64_t compressed = std::min(fileLength, entry.compressedSize);
-    return entry.size <= kMaxPayload && entry.size <= compressed * (entry.stored ? 1 : kBestRatio);
+// The size that the archive of `fileLength` bytes declares for its entry, 0 where it has none; nothing when
+// it is no archive, or declares what it cannot hold or what we do not take. Asked before anything is
+// allocated.
+std::optional<std::uint32_t> PayloadSize(ArchiveReader& archive, std::uint64_t fileLength) {
+    if (!archive.IsOpen()) return std::nullopt;
+    const auto entry = archive.Find(kEntryName);
+    if (!entry) return 0;
+    const std::uint64_t compressed = std::min(fileLength, entry->compressedSize);
+    const bool fits = entry->size <= compressed * (entry->stored ? 1 : kBestRatio);
+    if (!fits || entry->size > kMaxDbPayload) return std::nullopt;
+    return static_cast<std::uint32_t>(entry->size);
 }
 
 // A block of the C library's heap, zeroed; of at least one byte, so that null always means failure.
@@ -49,22 +54,31 @@ std::uint32_t EncodeDbFile(const void* payload, std::uint32_t length, std::uint8
 std::uint32_t DecodeDbFile(std::uint8_t* file, std::uint32_t length, std::uint8_t** out) {
     ApplyKey(file, length);
     ArchiveReader archive(file, length);
-    if (!archive.IsOpen()) return 0;
-    const auto entry = archive.Find(kEntryName);
-    if (entry && !CanHold(length, *entry)) return 0;
-    const std::uint32_t size = entry ? static_cast<std::uint32_t>(entry->size) : 0;
-    UniqueBlock payload = ZeroedBlock(size);
+    const auto size = PayloadSize(archive, length);
+    if (!size) return 0;
+    UniqueBlock payload = ZeroedBlock(*size);
     if (!payload) return 0;
-    if (entry) archive.Unpack(payload.get(), size);
+    if (*size > 0) archive.Unpack(payload.get(), *size);
     *out = payload.release();
-    return size;
+    return *size;
 }
 
 std::string DbFileText(std::vector<std::uint8_t> file) {
-    std::uint8_t* out = nullptr;
-    const std::uint32_t length = DecodeDbFile(file.data(), static_cast<std::uint32_t>(file.size()), &out);
-    const UniqueBlock payload(out);
-    const std::uint8_t* bytes = length > 0 ? payload.get() : file.data();
-    const std::uint8_t* end = bytes + (length > 0 ? length : file.size());
-    return std::string(bytes, std::find(bytes, end, std::uint8_t{0}));
+    if (file.size() > kMaxDbPayload) return {};
+    ApplyKey(file.data(), file.size());
+    ArchiveReader archive(file.data(), file.size());
+    std::string text;
+    if (const std::uint32_t size = PayloadSize(archive, file.size()).value_or(0)) {
+        try {
+            text.resize(size);
+            archive.Unpack(reinterpret_cast<std::uint8_t*>(text.data()), size);
+        } catch (const std::bad_alloc&) {  // the size comes from a file, and may be more than there is memory
+            text.clear();
+        }
+    }
+    if (text.empty()) text.assign(file.begin(), file.end());
+    // A text has no zero as a rule. Counting them takes many bytes at a time, looking for the first one by
+    // one.
+    if (std::ranges::count(text, '\0') > 0) text.resize(text.find('\0'));
+    return text;
 }

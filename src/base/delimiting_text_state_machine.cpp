@@ -77,14 +77,31 @@ DelimitingTextStateMachine::Outcome DelimitingTextStateMachine::Step(char c) {
     return c == delimiter ? Outcome::kComplete : Outcome::kUnderWay;
 }
 
+bool DelimitingTextStateMachine::OpensDoubleByte(char c) const {
+    return !IsAscii(c) && isLeadByte != nullptr && isLeadByte(static_cast<unsigned char>(c));
+}
+
+// Where the next character stands that is more than a character outside of a match; the end if there is none.
+std::size_t DelimitingTextStateMachine::FindNotable(std::string_view text, std::size_t from) const {
+    while (from < text.size() && text[from] != delimiter && !OpensDoubleByte(text[from])) ++from;
+    return from;
+}
+
 void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
     workBuffer.clear();
     cursor = kNone;
     bool replaced = false;
     std::size_t token = 0;  // where in the output the variable began that is being matched
     for (std::size_t i = 0; i < text.size(); ++i) {
+        if (cursor == kNone) {
+            const std::size_t notable = FindNotable(text, i);
+            workBuffer.append(text, i, notable - i);
+            token = workBuffer.size();
+            i = notable;
+            if (i == text.size()) break;
+        }
         const char c = text[i];
-        if (isLeadByte != nullptr && isLeadByte(static_cast<unsigned char>(c))) {
+        if (OpensDoubleByte(c)) {
             // kept: the match goes on behind a double-byte character, and then replaces only what stands
             // between that character and the closing delimiter.
             workBuffer.append(text, i, 2);
@@ -99,13 +116,11 @@ void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
             if (token + value.size() <= i + 1 + kMaxGrowth) {
                 workBuffer.resize(token);
                 workBuffer.append(value);
-                token = workBuffer.size();
                 replaced = true;
                 continue;
             }
         }
         workBuffer.push_back(c);
-        if (outcome != Outcome::kUnderWay) token = workBuffer.size();
     }
     cursor = kNone;
     if (replaced) text = workBuffer;

@@ -18,7 +18,8 @@ class DelimitingTextStateMachine {
     static constexpr std::size_t kMaxGrowth = 1 << 20;
 
     // `delimiter` opens and closes a variable. `isLeadByte` tells the first byte of a double-byte character,
-    // whose second byte is then never taken for a delimiter; null: no double-byte characters.
+    // whose second byte is then never taken for a delimiter; null: no double-byte characters. It is not asked
+    // of ASCII, which is no lead byte in any code page.
     explicit DelimitingTextStateMachine(char delimiter, LeadByteTest isLeadByte = nullptr);
     virtual ~DelimitingTextStateMachine();
     DelimitingTextStateMachine(const DelimitingTextStateMachine&) = delete;
@@ -53,6 +54,8 @@ class DelimitingTextStateMachine {
     std::uint32_t FindChild(std::uint32_t node, char c) const;
     std::uint32_t AddChild(std::uint32_t node, char c);
     Outcome Step(char c);
+    bool OpensDoubleByte(char c) const;
+    std::size_t FindNotable(std::string_view text, std::size_t from) const;
 
     char delimiter;
     LeadByteTest isLeadByte;

@@ -117,8 +117,9 @@ ExitCode RunClean(const Options& options) {
     auto report = session.Scan();
     if (!report) return ExitCode::Failures;
     const std::vector<ReportResult*> results = ResultsToRemove(*report, session.engine);
-    if (!options.json && !options.quiet) Print(FoundText(*report));
     const bool nothingToDo = report->stopped || options.dryRun || results.empty();
+    // Who is asked has to see what about; who is not reads all of it at the end.
+    if (!options.json && !options.quiet && (nothingToDo || !options.yes)) Print(FoundText(*report));
     if (!nothingToDo) {
         if (const auto end = AskWhether(session, Counted(results.size(), "trace") + " will be removed.")) {
             return *end;

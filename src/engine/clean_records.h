@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/engine_messages.h"
@@ -43,9 +44,11 @@ enum class ResultType : std::uint32_t {
 };
 
 // A singly linked list that owns its records and knows its tail. Freed in a loop, however long it is.
-template <class Record>
+template <class Record, class Deleter = std::default_delete<Record>>
 class RecordList {
   public:
+    using Owner = std::unique_ptr<Record, Deleter>;
+
     class Iterator {
       public:
         using iterator_category = std::forward_iterator_tag;
@@ -71,7 +74,7 @@ class RecordList {
     RecordList(const RecordList&) = delete;
     RecordList& operator=(const RecordList&) = delete;
 
-    void Append(std::unique_ptr<Record> record) {
+    void Append(Owner record) {
         Record*& end = m_tail ? m_tail->next : m_head;
         m_tail = end = record.release();
     }
@@ -79,7 +82,7 @@ class RecordList {
     void Clear() {
         while (Record* first = m_head) {
             m_head = first->next;
-            delete first;
+            Deleter()(first);
         }
         m_tail = nullptr;
     }
@@ -107,12 +110,12 @@ struct tagCLEAN_RESULT {
     std::optional<std::string> name;
 };
 
-// One place where an entity leaves traces.
+// One place where an entity leaves traces. It and its texts, which end in a zero, are in memory of the
+// engine's DefinitionMemory.
 struct tagCLEAN_ITEM {
-    std::optional<std::string>
-        location;  // key path behind the hive, or the path; nothing for an unknown type
-    std::optional<std::string> valueName;  // value name, or [Section]Key
-    HKEY hive = nullptr;                   // for registry types
+    std::optional<std::string_view> location;   // key path behind the hive, or the path; nothing if unknown
+    std::optional<std::string_view> valueName;  // value name, or [Section]Key
+    HKEY hive = nullptr;                        // for registry types
     ItemType type = ItemType::Unknown;
     ItemAction action = ItemAction::Invalid;
     std::vector<tagCLEAN_RESULT*> results;  // of the latest scan, in order of finding; owned by a ResultStore
@@ -121,14 +124,19 @@ struct tagCLEAN_ITEM {
     tagCLEAN_ITEM* next = nullptr;
 };
 
+struct ItemDeleter {
+    void operator()(tagCLEAN_ITEM* item) const { std::destroy_at(item); }
+};
+using UniqueItem = std::unique_ptr<tagCLEAN_ITEM, ItemDeleter>;
+
 struct tagCLEAN_ENTITY {
     std::string name;
-    std::optional<std::string> help;
-    bool enabled = true;         // takes part in a scan; persisted
-    bool selected = true;        // takes part in a clean; set at each scan, never persisted
-    bool whitelistable = false;  // unticking a result of this entity puts its name on the whitelist
+    std::optional<std::string_view> help;  // like the texts of an item
+    bool enabled = true;                   // takes part in a scan; persisted
+    bool selected = true;                  // takes part in a clean; set at each scan, never persisted
+    bool whitelistable = false;            // unticking a result of this entity puts its name on the whitelist
     std::uint32_t foundCount = 0;
-    RecordList<tagCLEAN_ITEM> items;
+    RecordList<tagCLEAN_ITEM, ItemDeleter> items;
     tagCLEAN_ENTITY* next = nullptr;
 };
 

@@ -14,6 +14,7 @@
 
 #include "base/delimiting_text_state_machine.h"
 #include "engine/clean_records.h"
+#include "engine/definition_memory.h"
 #include "engine/engine_messages.h"
 #include "engine/result_store.h"
 #include "engine/whitelist.h"
@@ -111,7 +112,8 @@ class CCleaningEngine {
 
     // --- States and whitelist.
 
-    // Writes the enabled flags and the whitelist. The file of before stays when anything fails.
+    // Writes the enabled flags and the whitelist. The file of before stays when anything fails, when the text
+    // would be longer than kMaxDbPayload, and while nothing is loaded.
     void SaveItemStates();
     // Forgets the stored flags and the hierarchy; the whitelist stays. Nothing while a worker runs.
     void DeleteItemStates();
@@ -189,7 +191,6 @@ class CCleaningEngine {
     // item_states.cpp
     std::optional<std::string> PreferencesPath() const;
     void LoadItemStates();
-    void ApplyItemState(const char* category, const char* application, const char* entity, bool value);
 
     // scanner.cpp
     std::uint32_t ScanDefinitionCount() const;
@@ -228,6 +229,7 @@ class CCleaningEngine {
     bool m_scanOnly = false;              // nothing in the object's life clears it by itself
     std::atomic<int> m_passCount{1};
 
+    DefinitionMemory m_definitionMemory;  // what the items of m_categories live in
     RecordList<tagCLEAN_CATEGORY> m_categories;
     ResultStore m_results;
     std::vector<UniqueImage> m_scanImages;  // handed to the tree by the latest scan
@@ -235,6 +237,7 @@ class CCleaningEngine {
     std::optional<std::string> m_definitionsDate;
     std::uint32_t m_loadedNodeCount = 0;
     std::map<std::string, UINT> m_driveTypes;  // by root, as the present load found them
+    std::string m_locationText;                // of the item that is being loaded; kept from item to item
     std::optional<std::string> m_definitionsFile;
     std::optional<std::string> m_preferencesFile;
 

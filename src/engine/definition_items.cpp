@@ -59,9 +59,9 @@ void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, const std
     }
 }
 
-void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string location) {
+void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, const std::string& location) {
     if (element.valueName && element.valueName[0] == '[') {
-        item.location = std::move(location);
+        item.location = location;
         item.valueName = element.valueName;
     } else {
         item.action = ItemAction::Invalid;
@@ -111,26 +111,28 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
             element.type, element.location, element.action);
         return false;
     }
-    auto item = std::make_unique<tagCLEAN_ITEM>();
-    item->type = type;
-    item->action = ItemActionOf(element.action);
-    item->entity = &entity;
-    std::string location = ExpandLocation(element.location);
+    tagCLEAN_ITEM item;
+    item.type = type;
+    item.action = ItemActionOf(element.action);
+    item.entity = &entity;
+    m_locationText = element.location;
+    m_variables->ReplaceDelimitedText(m_locationText);
+    const std::string& location = m_locationText;
     if (type == ItemType::RegValue || type == ItemType::RegKey) {
-        FillRegistryItem(*item, element, location);
+        FillRegistryItem(item, element, location);
     } else if (isPath) {
-        item->restricted = IsRestrictedLocation(location);
-        item->location = std::move(location);
+        item.restricted = IsRestrictedLocation(location);
+        item.location = location;
     } else if (type == ItemType::IniValue) {
-        FillIniItem(*item, element, std::move(location));
+        FillIniItem(item, element, location);
     }
-    if (item->action == ItemAction::Invalid) {
+    if (item.action == ItemAction::Invalid) {
         ENGINE_TRACE(
             "Error: cleaning item not loaded due to invalid type or action.  Type='%s' Location='%s' "
             "Action='%s'.",
             element.type, element.location, element.action);
     } else {
-        entity.items.Append(std::move(item));
+        entity.items.Append(m_definitionMemory.Keep(item));
         ENGINE_TRACE("Loaded item Type='%s' Location='%s' Action='%s'.", element.type, element.location,
                      element.action);
     }

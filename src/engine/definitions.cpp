@@ -96,6 +96,7 @@ void CCleaningEngine::FreeDefinitions(bool save) {
     if (save) SaveItemStates();
     m_results.Clear();
     m_categories.Clear();
+    m_definitionMemory.Release();
     m_loadedNodeCount = 0;
 }
 
@@ -170,7 +171,7 @@ std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN
         }
         auto entity = std::make_unique<tagCLEAN_ENTITY>();
         entity->name = name;
-        entity->help = TextOrNothing(AttributeOrNull(child, "Help"));
+        if (const char* help = AttributeOrNull(child, "Help")) entity->help = m_definitionMemory.Keep(help);
         entity->enabled = EnabledByDefault(child);
         entity->whitelistable = child.attribute("Whitelist").value()[0] == '1';
         if (LoadItems(child, *entity) == 0) {

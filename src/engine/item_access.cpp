@@ -74,7 +74,7 @@ struct RecordText {
     std::optional<std::string> operator()(const tagCLEAN_APPLICATION* record) const { return record->name; }
     std::optional<std::string> operator()(const tagCLEAN_ENTITY* record) const { return record->name; }
     std::optional<std::string> operator()(const tagCLEAN_ITEM* record) const {
-        return record->location.value_or("");
+        return std::string(record->location.value_or(""));
     }
     std::optional<std::string> operator()(const tagCLEAN_RESULT* record) const { return ResultText(*record); }
 };

@@ -48,11 +48,28 @@ std::string RestBehind(std::string_view text, std::string_view entry) {
     return rest;
 }
 
-std::string WithEnvironment(const std::string& text) {
+std::string WithEnvironment(std::string text) {
     if (text.find('%') == std::string::npos) return text;
     char expanded[kPathCapacity] = "";
     const DWORD size = ::ExpandEnvironmentStringsA(text.c_str(), expanded, sizeof expanded);
     return size > 0 && size <= sizeof expanded ? expanded : text;
+}
+
+char LowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Tells most locations by their ends, with nothing to make anew: behind a protected path stands nothing but a
+// wildcard, so a restricted location ends in the one or the other. False says that it is not restricted.
+bool NeedsCloserLook(std::string_view location, const std::vector<std::string>& protectedPaths) {
+    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '%'; };
+    if (!std::ranges::all_of(location, isPlain)) return true;
+    location = location.substr(0, location.find_last_not_of('\\') + 1);
+    return location.ends_with('*') || std::ranges::any_of(protectedPaths, [&](const std::string& entry) {
+               return location.size() >= entry.size() &&
+                      std::equal(entry.rbegin(), entry.rend(), location.rbegin(),
+                                 [](char a, char b) { return a == LowerAscii(b); });
+           });
 }
 
 }  // namespace
@@ -74,6 +91,7 @@ std::vector<std::string> ProtectedPaths() {
 }
 
 bool IsRestrictedLocation(const std::string& location, const std::vector<std::string>& protectedPaths) {
+    if (!NeedsCloserLook(location, protectedPaths)) return false;
     const std::string text = WithoutTrailingBackslashes(LowerText(WithEnvironment(location)));
     return std::ranges::any_of(protectedPaths, [&](const std::string& entry) {
         if (entry.empty() || !text.starts_with(entry)) return false;

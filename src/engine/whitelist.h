@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <list>
 #include <string>
 #include <string_view>
@@ -21,5 +20,5 @@ class Whitelist {
 
   private:
     std::list<std::string> m_entries;
-    std::unordered_map<std::string_view, std::deque<std::list<std::string>::iterator>> m_places;
+    std::unordered_map<std::string_view, std::list<std::list<std::string>::iterator>> m_places;
 };

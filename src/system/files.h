@@ -34,8 +34,9 @@ std::string FinalPath(HANDLE handle);
 // True when nothing is at `path` any more, or nothing that can be opened.
 bool IsGone(const char* path);
 
-// Takes a link to a folder away and never what it points to. `path` may end in a backslash. False when the
-// system does not let the link itself be opened.
+// Takes a link to a folder away and never what it points to. `path` may end in a backslash. False, with
+// nothing touched, when it is no such link or the system does not give a handle to the link itself: Wine
+// opens what the link leads to, whatever it is asked for, and would delete that.
 bool RemoveFolderLink(const char* path);
 
 // The whole of an open file from its start; nothing if it does not fit 32 bits or is not read to its end.
@@ -45,6 +46,6 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file);
 // read to its end.
 std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path);
 
-// Writes a new file beside `path`, flushes it, and moves it into its place. On failure what was at `path`
-// stays.
+// Writes a new file beside `path` (with ".new" behind its name, which has to fit kPathCapacity), flushes it,
+// and moves it into its place. On failure what was at `path` stays, and nothing beside it.
 bool ReplaceFileContent(const char* path, const void* data, std::uint32_t size);

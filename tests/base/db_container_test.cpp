@@ -176,7 +176,7 @@ const SizeCase kSizeCases[] = {
     {"deflate's best ratio", {"Clean", Bytes(100), 103200, 8}, true},
     {"one byte more than that", {"Clean", Bytes(100), 103201, 8}, false},
     {"stored is one to one", {"Clean", Bytes(100), 101, 0}, false},
-    {"more than any database", {"Clean", Bytes(300000), (256u << 20) + 1, 8}, false},
+    {"more than any database", {"Clean", Bytes(300000), kMaxDbPayload + 1, 8}, false},
     {"the largest number", {"Clean", Bytes(100), 0xFFFFFFFF, 8}, false},
     {"a compressed size beyond the file", {"Clean", Bytes(100), 0x0FFFFFFF, 8, 0x7FFFFFFF}, false},
 };

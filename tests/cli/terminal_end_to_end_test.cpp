@@ -60,6 +60,18 @@ TEST_F(CliTerminal, AsksBeforeItRemoves) {
     }
 }
 
+TEST_F(CliTerminal, CtrlCAtTheQuestionEndsTheProgram) {
+    DefineCache();
+    folder.MakeFile("data\\a");
+    CliProcess process(folder, {"clean", "--definitions", definitions}, true);
+    ASSERT_TRUE(Await([&] { return process.Errors().find("Continue?") != std::string::npos; }));
+    ASSERT_TRUE(::GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0)) << ::GetLastError();
+    Type("y");  // some consoles end the waiting by themselves, others with the next line
+    const CliResult result = process.Wait();
+    EXPECT_EQ(result.exitCode, 130) << result.err;
+    EXPECT_TRUE(Exists(data + "a"));
+}
+
 // The key reaches every program of the console, this one too, which does not care.
 TEST_F(CliTerminal, CtrlCStopsACleanAndWhatWasDoneIsTold) {
     DefineCache();

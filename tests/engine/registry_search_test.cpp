@@ -198,6 +198,7 @@ TEST(KeySearch, NamesThatDoNotNameTheEntryArePassedOver) {
     key.SetText("what?", "x");
     key.SetText("other", "x", "sub");
     key.MakeKey("sub?");
+    key.MakeKey("s");
     auto values = API_HOOK(RegEnumValueA);
     values.Replace([&](HKEY open, DWORD index, LPSTR name, LPDWORD length, LPDWORD reserved, LPDWORD type,
                        LPBYTE data, LPDWORD size) {
@@ -206,15 +207,15 @@ TEST(KeySearch, NamesThatDoNotNameTheEntryArePassedOver) {
         return status;
     });
     auto keys = API_HOOK(RegEnumKeyExA);
-    EXPECT_EQ(Search(key), (Lines{"key |sub", "key |sub?", "value |what?"}));
+    EXPECT_EQ(Search(key), (Lines{"key |s", "key |sub", "key |sub?", "value |what?"}));
     keys.Replace([&](HKEY open, DWORD index, LPSTR name, LPDWORD length, LPDWORD reserved, LPSTR type,
                      LPDWORD typeLength, FILETIME* time) {
         const LSTATUS status = keys.Real()(open, index, name, length, reserved, type, typeLength, time);
         if (status == ERROR_SUCCESS && *length == 3) name[1] = '?';
-        if (status == ERROR_SUCCESS && *length == 4) name[1] = '\0';
+        if (status == ERROR_SUCCESS && *length == 4) name[1] = '\0';  // which would name its neighbour
         return status;
     });
-    EXPECT_EQ(Search(key), Lines{"value |what?"});
+    EXPECT_EQ(Search(key), (Lines{"key |s", "value |what?"}));
 }
 
 TEST(KeySearch, AnEntryThatFailsIsPassedOver) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/api_hook.h"
+#include "support/folder_link.h"
 #include "support/sandbox.h"
 #include "system/handles.h"
 
@@ -166,12 +167,33 @@ TEST(LinkRemoval, TouchesNothingWhereItIsNotSureOfTheLink) {
     EXPECT_EQ(NamesIn(folder.Path()), (std::vector<std::string>{"file", "link", "target"}));
 }
 
+TEST(LinkRemoval, NeverTouchesWhatARealLinkLeadsTo) {
+    const TestFolder folder;
+    const std::string empty = folder.MakeFolder("empty");  // which a careless removal would succeed with
+    const std::string full = folder.MakeFolder("full");
+    folder.MakeFile("full\\kept.txt");
+    const FolderLink toEmpty(folder.At("to empty"), empty);
+    const FolderLink toFull(folder.At("to full"), full);
+    for (const char* name : {"to empty", "to full"}) {
+        const std::string link = folder.At(name);
+        EXPECT_TRUE(IsLink(link.c_str())) << name;
+        EXPECT_TRUE(IsLink((link + "\\").c_str())) << name;
+        EXPECT_EQ(RemoveFolderLink(link.c_str()), !Exists(link)) << name;
+    }
+    EXPECT_TRUE(Exists(empty));
+    EXPECT_TRUE(Exists(folder.At("full\\kept.txt")));
+}
+
 TEST(LinkRemoval, SaysFalseWhenTheLinkIsStillThere) {
     const TestFolder folder;
     const std::string link = folder.MakeFolder("link");
     const std::string inside = folder.MakeFile("link\\inside.txt");
     const LinkHook hook(link);
     EXPECT_FALSE(RemoveFolderLink(link.c_str()));
+    auto setInformation = LATE_BOUND_HOOK(SetFileInformationByHandle);
+    setInformation.Replace([](HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID, DWORD) { return TRUE; });
+    EXPECT_FALSE(RemoveFolderLink(link.c_str())) << "the success was none";
+    EXPECT_EQ(setInformation.Calls(), 1);
     EXPECT_TRUE(Exists(inside));
 }
 
@@ -231,6 +253,13 @@ TEST(ReplacedFiles, SurviveAFullDisk) {
     write.FailAt(2, ERROR_DISK_FULL);
     EXPECT_FALSE(Replace(path, "something else"));
     EXPECT_EQ(write.Calls(), 2);
+    write.ReplaceAt(3, [](HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
+        *written = 0;
+        return TRUE;
+    });
+    write.FailAt(4, ERROR_DISK_FULL);
+    EXPECT_FALSE(Replace(path, "something else"));
+    EXPECT_EQ(write.Calls(), 3) << "a write of nothing is not tried again";
     EXPECT_EQ(FileContent(path), "as it was");
     EXPECT_EQ(NamesIn(folder.Path()), std::vector<std::string>{"file.db"});
 }

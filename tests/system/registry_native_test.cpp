@@ -16,13 +16,16 @@ namespace {
 
 constexpr LSTATUS kFailed = 774;
 
+// The view of the registry that this process has to ask for.
+constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
 TEST(DeleteRegKeyEx, DeletesInTheViewThatItIsToldOrWithoutOneOnOlderSystems) {
     const TestKey key(HKEY_LOCAL_MACHINE);
     const std::string sub = key.MakeKey("sub");
-    EXPECT_EQ(DeleteRegKeyEx(HKEY_LOCAL_MACHINE, sub.c_str(), KEY_WOW64_32KEY, 0), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(DeleteRegKeyEx(HKEY_LOCAL_MACHINE, sub.c_str(), kOtherView, 0), ERROR_FILE_NOT_FOUND);
     EXPECT_TRUE(KeyExists(HKEY_LOCAL_MACHINE, sub));
     const MissingEntryPoint older("RegDeleteKeyExA");
-    EXPECT_EQ(DeleteRegKeyEx(HKEY_LOCAL_MACHINE, sub.c_str(), KEY_WOW64_32KEY, 0), ERROR_SUCCESS);
+    EXPECT_EQ(DeleteRegKeyEx(HKEY_LOCAL_MACHINE, sub.c_str(), kOtherView, 0), ERROR_SUCCESS);
     EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, sub));
     EXPECT_EQ(DeleteRegKeyEx(HKEY_LOCAL_MACHINE, nullptr, 0, 0), ERROR_INVALID_PARAMETER);
 }

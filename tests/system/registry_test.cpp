@@ -69,6 +69,14 @@ TEST(RegistryNumbers, AreTheFirstFourBytes) {
     EXPECT_EQ(RegReadDword(kUser, key.c_str(), "five bytes", 7), 7u);
     EXPECT_EQ(RegReadDword(kUser, key.c_str(), "missing", 7), 7u);
     EXPECT_EQ(RegReadDword(kUser, key.At("missing").c_str(), "number", 7), 7u);
+
+    // A system may leave anything behind when the value does not fit.
+    auto query = API_HOOK(RegQueryValueExA);
+    query.Replace([](HKEY, LPCSTR, LPDWORD, LPDWORD, LPBYTE data, LPDWORD) {
+        *data = 0xEE;
+        return LSTATUS{ERROR_MORE_DATA};
+    });
+    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "number", 7), 7u);
 }
 
 TEST(RegistryFacts, TellMissingFromPresent) {

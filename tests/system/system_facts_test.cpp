@@ -27,7 +27,7 @@ const VersionCase kVersionCases[] = {
     {1, 4, 10, 1999, 5, "Windows 98 SP1"},
     {1, 4, 10, 2182, 5, "Windows 98 SP1"},
     {1, 4, 10, 2183, 6, "Windows 98 SE"},
-    {1, 4, 10, 0x040A08AE, 6, "Windows 98 SE"},  // with the version in the high half, as that family tells it
+    {1, 4, 0, 0x040003B6, 1, "Windows 95"},  // with the version in the high half, as that family tells it
     {1, 4, 11, 2222, 0, "unknown Windows version"},
     {1, 4, 90, 3000, 7, "Windows ME"},
     {2, 3, 51, 1057, 101, "Windows NT 3.51"},
@@ -68,6 +68,9 @@ TEST(WindowsVersion, HasTheNameOfItsRow) {
 }
 
 TEST(Wow64, IsWhatTheSystemSaysWhereItHasTheQuestion) {
+    char folder[MAX_PATH];
+    const bool is64BitWindows = ::GetSystemWow64DirectoryA(folder, sizeof folder) != 0;
+    EXPECT_EQ(IsWow64(), sizeof(void*) == 4 && is64BitWindows);
     auto question = LATE_BOUND_HOOK(IsWow64Process);
     question.Replace([](HANDLE process, PBOOL answer) {
         EXPECT_EQ(process, ::GetCurrentProcess());

@@ -1,0 +1,447 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/db_container.h"
+#include "engine/cleaning_engine.h"
+#include "engine/engine_fixture.h"
+#include "support/api_hook.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+// How a string stands in the file, between its first line and its last.
+std::string StatesXml(const std::string& lines) {
+    return "<scan_item_states>\r\n" + lines + "</scan_item_states>\r\n";
+}
+
+// A line for each name in front of `enabled`, "category", then "application", then "item".
+std::string StateLine(const std::vector<std::string>& names, const std::string& enabled) {
+    constexpr const char* kAttributes[] = {"category", "application", "item"};
+    std::string line = "\t<scan_item";
+    for (std::size_t i = 0; i < names.size(); ++i) line += " "s + kAttributes[i] + "=\"" + names[i] + "\"";
+    return line + " enabled=\"" + enabled + "\" />\r\n";
+}
+
+class ItemStates : public EngineTest {
+  protected:
+    // Two categories; "Two" is not installed, and "off" starts switched off.
+    void LoadTwoCategories() { ASSERT_TRUE(Load(TwoCategories())); }
+
+    static std::string TwoCategories() {
+        const std::string item = ItemXml("File", "%temp%\\nothing");
+        const auto entity = [&](const char* attributes) { return ElementXml("Entity", attributes, item); };
+        return DefinitionsXml(
+            ElementXml("Category", "Name='A & B'",
+                       ElementXml("Application", "Name='One'", entity("Name='x'") + entity("Name='y'")) +
+                           ElementXml("Application", "Name='Two' InstallLocation='C:\\no such'",
+                                      entity("Name='x'"))) +
+            ElementXml("Category", "Name='C'",
+                       ElementXml("Application", "Name='One'", entity("Name='off' Default='0'"))));
+    }
+
+    // The text of the preferences file.
+    std::string SavedText() const {
+        const auto content = FileContent(preferencesFile);
+        if (!content) return "(no file)";
+        return DbFileText({content->begin(), content->end()});
+    }
+
+    void WriteStates(const std::string& lines) const {
+        folder.MakeFile("CleanPreferences.db", PackDb(StatesXml(lines)));
+    }
+
+    std::vector<std::string> Whitelist() const {
+        const auto& entries = engine->WhitelistEntries().Entries();
+        return {entries.begin(), entries.end()};
+    }
+
+    // The flags in the order of the hierarchy, as 0 and 1.
+    std::string EnabledFlags() const {
+        std::string flags;
+        for (const tagCLEAN_CATEGORY& category : engine->Categories()) {
+            flags += category.enabled ? "1" : "0";
+            for (const tagCLEAN_APPLICATION& application : category.applications) {
+                flags += application.enabled ? "1" : "0";
+                for (const tagCLEAN_ENTITY& entity : application.entities)
+                    flags += entity.enabled ? "1" : "0";
+            }
+        }
+        return flags;
+    }
+};
+
+TEST_F(ItemStates, AreWrittenLineByLineInTheOrderOfTheHierarchy) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    engine->SetItemCheck(HandleOf(Entity("A & B", "One", "y")), false, true);
+    engine->SetItemCheck(HandleOf(Application("A & B", "One")), false, false);
+    for (const char* name : {"b.txt", "a & b.txt", "b.txt"}) engine->SetWhitelisted(name, true);
+    engine->SaveItemStates();
+    EXPECT_EQ(SavedText(),
+              "<scan_item_states>\r\n"
+              "\t<scan_item category=\"A & B\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"A & B\" application=\"One\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"A & B\" application=\"One\" item=\"x\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"A & B\" application=\"One\" item=\"y\" enabled=\"no\" />\r\n"
+              "\t<scan_item category=\"A & B\" application=\"Two\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"A & B\" application=\"Two\" item=\"x\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"C\" enabled=\"no\" />\r\n"
+              "\t<scan_item category=\"C\" application=\"One\" enabled=\"yes\" />\r\n"
+              "\t<scan_item category=\"C\" application=\"One\" item=\"off\" enabled=\"no\" />\r\n"
+              "\t<whitelist_item>b.txt</whitelist_item>\r\n"
+              "\t<whitelist_item>a & b.txt</whitelist_item>\r\n"
+              "\t<whitelist_item>b.txt</whitelist_item>\r\n"
+              "</scan_item_states>\r\n");
+    RestartEngine();
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(EnabledFlags(), "111011"s + "010");
+    EXPECT_EQ(Whitelist(), (std::vector{"b.txt"s, "a & b.txt"s, "b.txt"s}));
+}
+
+TEST_F(ItemStates, OfAFileAreAppliedLineByLineOverTheDefaults) {
+    struct {
+        const char* name;
+        std::string lines;
+        const char* flags;
+    } const cases[] = {
+        {"none", "", "111111110"},
+        {"a category alone", StateLine({"A & B"}, "no"), "011111110"},
+        {"an application alone", StateLine({"A & B", "One"}, "no"), "101111110"},
+        {"an entity alone, also against its default", StateLine({"C", "One", "off"}, "yes"), "111111111"},
+        {"all but yes means no, with case", StateLine({"A & B"}, "YES") + StateLine({"C"}, ""), "011111010"},
+        {"names with case", StateLine({"a & b"}, "no") + StateLine({"C", "one"}, "no"), "111111110"},
+        {"names that nobody has",
+         StateLine({"X"}, "no") + StateLine({"C", "X"}, "no") + StateLine({"C", "One", "X"}, "no"),
+         "111111110"},
+        {"the last line of a name counts", StateLine({"C"}, "no") + StateLine({"C"}, "yes"), "111111110"},
+        {"an item without an application is its category",
+         "<scan_item category=\"C\" item=\"off\" enabled=\"no\"/>", "111111010"},
+        {"a line without a category", "<scan_item application=\"One\" enabled=\"no\"/>", "111111110"},
+        {"a line without a state", "<scan_item category=\"C\"/>", "111111110"},
+        {"other elements", "<item category=\"C\" enabled=\"no\"/>text" + StateLine({"A & B"}, "no"),
+         "011111110"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        WriteStates(c.lines);
+        RestartEngine();
+        LoadTwoCategories();
+        EXPECT_EQ(EnabledFlags(), c.flags);
+        EXPECT_TRUE(Category("C").selected && Application("C", "One").selected);
+    }
+}
+
+TEST_F(ItemStates, ReachTheFirstRecordOfTheirNamesAlsoBehindAParentOfTheSameName) {
+    const std::string item = ItemXml("File", "%temp%\\nothing");
+    const auto application = [&](const char* name, const char* entity) {
+        return ElementXml("Application", "Name='"s + name + "'",
+                          ElementXml("Entity", "Name='"s + entity + "'", item));
+    };
+    const auto category = [&](const std::string& applications) {
+        return ElementXml("Category", "Name='C'", applications);
+    };
+    WriteStates(StateLine({"C"}, "no") + StateLine({"C", "B"}, "no") + StateLine({"C", "A", "y"}, "no") +
+                StateLine({"C", "B", "z"}, "no"));
+    ASSERT_TRUE(Load(DefinitionsXml(category(application("A", "x") + application("A", "y")) +
+                                    category(application("B", "z") + application("B", "z")))));
+    EXPECT_EQ(EnabledFlags(), "01110"s + "10011"s.replace(1, 2, "00"));
+}
+
+TEST_F(ItemStates, AreTheDefaultsWhereTheFileIsMissingOrNoPreferencesFile) {
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111110");
+    const std::string states = StatesXml(StateLine({"C"}, "no"));
+    std::string underTheKey = states;
+    for (char& c : underTheKey) c = static_cast<char>(c ^ 0x5B);
+    const std::pair<std::string, const char*> cases[] = {
+        {"", "111111110"},
+        {states, "111111110"},  // plain text
+        {underTheKey, "111111010"},
+        {PackDb(states.substr(0, states.size() - 5)), "111111110"},
+        {PackDb("<root>" + states + "</root>"), "111111010"},
+        {PackDb("<scan_item_states/>" + states), "111111110"},  // the first one counts
+        {PackDb(DefinitionsXml("")), "111111110"},
+    };
+    for (const auto& [content, flags] : cases) {
+        SCOPED_TRACE(content);
+        RestartEngine();
+        folder.MakeFile("CleanPreferences.db", content);
+        LoadTwoCategories();
+        EXPECT_EQ(EnabledFlags(), flags);
+        EXPECT_EQ(FileContent(preferencesFile), content) << "reading writes nothing";
+    }
+    auto reads = API_HOOK(ReadFile);
+    folder.MakeFile("CleanPreferences.db", PackDb(states));
+    reads.ReplaceAt(2, [&](HANDLE file, LPVOID buffer, DWORD size, LPDWORD read, LPOVERLAPPED overlapped) {
+        return reads.Real()(file, buffer, size - 1, read, overlapped);
+    });
+    RestartEngine();
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111110") << "not read to its end";
+}
+
+TEST_F(ItemStates, AreSavedByAReloadAndNotByAnEndWithout) {
+    LoadTwoCategories();
+    EXPECT_FALSE(Exists(preferencesFile));
+    engine->FreeDefinitions(false);
+    engine->FreeDefinitions(true);
+    EXPECT_FALSE(Exists(preferencesFile)) << "nothing is loaded, so there is nothing to be saved";
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111010");
+    engine->SetItemCheck(HandleOf(Category("C")), true, true);
+    RestartEngine();
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111010") << "the end of the engine saves nothing";
+}
+
+TEST_F(ItemStates, OfAFailedLoadDoNotReplaceTheFile) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    engine->SetWhitelisted("keep.txt", true);
+    engine->SaveItemStates();
+    const auto saved = FileContent(preferencesFile);
+    for (const bool restart : {false, true}) {
+        if (restart) RestartEngine();
+        folder.MakeFile("cleaning.db", "nonsense");
+        EXPECT_FALSE(Load());
+        engine->SaveItemStates();
+        EXPECT_TRUE(FileContent(preferencesFile) == saved);
+    }
+}
+
+TEST_F(ItemStates, GoWithTheirFileWhenTheyAreForgottenButTheWhitelistStays) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    engine->SetWhitelisted("keep.txt", true);
+    engine->SaveItemStates();
+    engine->DeleteItemStates();
+    EXPECT_FALSE(Exists(preferencesFile));
+    EXPECT_EQ(engine->Categories().Head(), nullptr);
+    EXPECT_EQ(engine->LoadedNodeCount(), 0u);
+    EXPECT_EQ(Whitelist(), std::vector{"keep.txt"s});
+    engine->SaveItemStates();
+    EXPECT_EQ(SavedText(), StatesXml("\t<whitelist_item>keep.txt</whitelist_item>\r\n"));
+    engine->DeleteItemStates();
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111110");
+    engine->DeleteItemStates();  // without a file
+    EXPECT_EQ(engine->Categories().Head(), nullptr);
+}
+
+TEST_F(ItemStates, AreNotForgottenWhileAWorkerRuns) {
+    LoadTwoCategories();
+    engine->SaveItemStates();
+    window.OnMessage([&](const RecordedMessage& message) {
+        if (message.message == WM_ENGINE_SCAN_DONE) engine->DeleteItemStates();
+        return LRESULT{0};
+    });
+    Scan();
+    EXPECT_TRUE(Exists(preferencesFile));
+    EXPECT_EQ(EnabledFlags(), "111111110");
+}
+
+TEST_F(ItemStates, WithAWhitelistThatAReloadDoubles) {
+    WriteStates("\t<whitelist_item>a</whitelist_item>\r\n\t<whitelist_item>b</whitelist_item>\r\n");
+    LoadTwoCategories();
+    EXPECT_EQ(Whitelist(), (std::vector{"a"s, "b"s}));
+    LoadTwoCategories();
+    EXPECT_EQ(Whitelist(), (std::vector{"a"s, "b"s, "a"s, "b"s}));
+    engine->SetWhitelisted("a", false);
+    EXPECT_TRUE(engine->IsWhitelisted("a")) << "one copy is left";
+    engine->SetWhitelisted("a", false);
+    EXPECT_FALSE(engine->IsWhitelisted("a"));
+    engine->SaveItemStates();
+    RestartEngine();
+    LoadTwoCategories();
+    EXPECT_EQ(Whitelist(), (std::vector{"b"s, "b"s}));
+}
+
+// Every byte that a name can have comes back, but for a double quote, which would end its attribute.
+TEST_F(ItemStates, KeepNamesOfAnyBytes) {
+    std::string bytes;
+    for (int c = 1; c < 256; ++c) {
+        if (c != '"' && c != '\'' && c != '\t' && c != '\r' && c != '\n') bytes += static_cast<char>(c);
+    }
+    const std::string item = ItemXml("File", "%temp%\\nothing");
+    const std::string entity = ElementXml("Entity", "Name='" + bytes + "'", item);
+    ASSERT_TRUE(Load(DefinitionsXml(
+        ElementXml("Category", "Name='" + bytes + "'",
+                   ElementXml("Application", "Name=\"it's\"", entity) +
+                       ElementXml("Application", "Name='&quot;A&quot; &amp;amp; B'", entity)))));
+    ASSERT_EQ(engine->Categories().Head()->name, bytes);
+    EXPECT_EQ(EnabledFlags(), "11111");
+    engine->SetItemCheck(HandleOf(Entity(bytes, "it's", bytes)), false, true);
+    engine->SetItemCheck(HandleOf(Application(bytes, "&quot;A&quot; &amp; B")), false, true);
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(EnabledFlags(), "11001");
+}
+
+TEST_F(ItemStates, OfANameWithADoubleQuoteAreNotKeptAndHarmNoOther) {
+    const std::string item = ItemXml("File", "%temp%\\nothing");
+    const std::string entity = ElementXml("Entity", "Name='E'", item);
+    const std::string application = ElementXml("Application", "Name='A'", entity);
+    ASSERT_TRUE(Load(DefinitionsXml(
+        ElementXml("Category", "Name='a\"b'", application) + ElementXml("Category", "Name='a'", application) +
+        ElementXml(
+            "Category", "Name='C'",
+            ElementXml("Application", "Name='x\"'", entity) +
+                ElementXml("Application", "Name='y'", ElementXml("Entity", "Name='\"'", item) + entity)))));
+    for (const tagCLEAN_CATEGORY& category : engine->Categories()) {
+        engine->SetItemCheck(HandleOf(category), false, true);
+    }
+    engine->SetItemCheck(HandleOf(Application("a", "A")), false, true);
+    engine->SetItemCheck(HandleOf(Application("C", "x\"")), false, true);
+    engine->SetItemCheck(HandleOf(Entity("C", "y", "\"")), false, true);
+    engine->SetItemCheck(HandleOf(Entity("C", "y", "E")), false, true);
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(EnabledFlags(), "111"s + "001" + "0" + "11" + "110");
+}
+
+TEST_F(ItemStates, KeepWhitelistedNamesThatLookLikeMarkup) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    const std::vector<std::string> names = {"<x>", "a < b & c", "", "  ", " x ", "]]>", "it's \"x\""};
+    for (const std::string& name : names) engine->SetWhitelisted(name, true);
+    engine->SetWhitelisted("<]]>", true);  // the one that cannot be written
+    engine->SaveItemStates();
+    RestartEngine();
+    LoadTwoCategories();
+    EXPECT_EQ(Whitelist(), names);
+    EXPECT_EQ(EnabledFlags(), "111111010");
+}
+
+// A whitelist that reloads doubled until it is too long for the file is written without its copies.
+TEST_F(ItemStates, WithAWhitelistTooLongForTheFileKeepEachOfItsNames) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    const std::string longName(1u << 20, 'x');
+    for (std::uint32_t i = 0; i <= kMaxDbPayload >> 20; ++i) engine->SetWhitelisted(longName, true);
+    engine->SetWhitelisted("short", true);
+    engine->SaveItemStates();
+    RestartEngine();
+    LoadTwoCategories();
+    EXPECT_TRUE(Whitelist() == (std::vector{longName, "short"s}));
+    EXPECT_EQ(EnabledFlags(), "111111010");
+    // What is too long all the same stays as it was.
+    const auto saved = FileContent(preferencesFile);
+    for (std::uint32_t i = 0; i <= kMaxDbPayload >> 20; ++i) {
+        engine->SetWhitelisted(longName + std::to_string(i), true);
+    }
+    engine->SaveItemStates();
+    EXPECT_TRUE(FileContent(preferencesFile) == saved);
+}
+
+class FailingSave : public ItemStates {
+  protected:
+    // Makes a file, changes a flag, saves, and looks that the file is as it was.
+    void SaveInVain(const std::function<void()>& save) {
+        LoadTwoCategories();
+        engine->SaveItemStates();
+        const auto before = FileContent(preferencesFile);
+        ASSERT_TRUE(before);
+        engine->SetItemCheck(HandleOf(Category("C")), !Category("C").enabled, true);
+        save();
+        EXPECT_TRUE(FileContent(preferencesFile) == before);
+        EXPECT_EQ(NamesIn(folder.Path()), (std::vector{"CleanPreferences.db"s, "cleaning.db"s}));
+        engine->SaveItemStates();
+        EXPECT_TRUE(FileContent(preferencesFile) != before) << "the next one succeeds";
+    }
+};
+
+TEST_F(FailingSave, LeavesTheFileOfBeforeWhereverItFails) {
+    SaveInVain([this] {
+        auto creates = API_HOOK(CreateFileA);
+        creates.FailAlways(ERROR_ACCESS_DENIED, INVALID_HANDLE_VALUE);
+        engine->SaveItemStates();
+        EXPECT_GT(creates.Calls(), 0);
+    });
+    SaveInVain([this] {
+        auto writes = API_HOOK(WriteFile);
+        writes.FailAt(1, ERROR_DISK_FULL);
+        engine->SaveItemStates();
+        EXPECT_EQ(writes.Calls(), 1);
+    });
+    // A disk that becomes full takes a part and then nothing.
+    SaveInVain([this] {
+        auto writes = API_HOOK(WriteFile);
+        writes.ReplaceAt(1, [&](HANDLE file, LPCVOID data, DWORD size, LPDWORD written, LPOVERLAPPED o) {
+            return writes.Real()(file, data, size / 2, written, o);
+        });
+        writes.FailAt(2, ERROR_DISK_FULL);
+        engine->SaveItemStates();
+        EXPECT_EQ(writes.Calls(), 2);
+    });
+    SaveInVain([this] {
+        auto flushes = API_HOOK(FlushFileBuffers);
+        flushes.FailAlways(ERROR_WRITE_FAULT);
+        engine->SaveItemStates();
+        EXPECT_EQ(flushes.Calls(), 1);
+    });
+    SaveInVain([this] {
+        auto moves = API_HOOK(MoveFileExA);
+        moves.FailAlways(ERROR_SHARING_VIOLATION);
+        engine->SaveItemStates();
+        EXPECT_EQ(moves.Calls(), 1);
+    });
+}
+
+TEST_F(FailingSave, GoesOnAfterAShortWrite) {
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    auto writes = API_HOOK(WriteFile);
+    writes.ReplaceAt(1, [&](HANDLE file, LPCVOID data, DWORD size, LPDWORD written, LPOVERLAPPED o) {
+        return writes.Real()(file, data, size / 2, written, o);
+    });
+    engine->SaveItemStates();
+    EXPECT_EQ(writes.Calls(), 2);
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111010");
+}
+
+class StatesFile : public ItemStates {
+  protected:
+    StatesFile() {
+        folders.Replace([this](HWND owner, int csidl, HANDLE token, DWORD flags, LPSTR path) -> HRESULT {
+            if (csidl != CSIDL_APPDATA) return folders.Real()(owner, csidl, token, flags, path);
+            if (noFolder) return E_FAIL;
+            ::lstrcpynA(path, folder.At("roaming").c_str(), MAX_PATH);
+            return S_OK;
+        });
+        engine.emplace();  // one that finds its files by itself
+        engine->SetDefinitionsFile(definitionsFile);
+    }
+
+    bool noFolder = false;
+    ApiHook<decltype(&::SHGetFolderPathA)> folders = API_HOOK(SHGetFolderPathA);
+};
+
+TEST_F(StatesFile, LiesInTheUsersApplicationDataAndItsFolderIsNotMade) {
+    LoadTwoCategories();
+    engine->SaveItemStates();
+    EXPECT_FALSE(Exists(folder.At("roaming")));
+    folder.MakeFolder("roaming\\Quillmere\\Velvane");
+    noFolder = true;
+    engine->SaveItemStates();
+    engine->DeleteItemStates();
+    noFolder = false;
+    EXPECT_TRUE(NamesIn(folder.At("roaming\\Quillmere\\Velvane")).empty());
+    LoadTwoCategories();
+    engine->SetItemCheck(HandleOf(Category("C")), false, true);
+    engine->SaveItemStates();
+    EXPECT_EQ(NamesIn(folder.At("roaming\\Quillmere\\Velvane")), std::vector{"CleanPreferences.db"s});
+    LoadTwoCategories();
+    EXPECT_EQ(EnabledFlags(), "111111010");
+    engine->DeleteItemStates();
+    EXPECT_TRUE(NamesIn(folder.At("roaming\\Quillmere\\Velvane")).empty());
+}
+
+}  // namespace
