@@ -124,7 +124,7 @@ class CCleaningEngine {
     // --- What the workers run, and its parts. On a worker, or on a thread of the caller's that has seen to
     // it that no worker runs.
 
-    // False when no category was loaded.
+    // False when no category was loaded, also for want of memory.
     bool LoadDefinitions();
     // Frees the hierarchy, with `save` after writing its states.
     void FreeDefinitions(bool save);
@@ -177,9 +177,11 @@ class CCleaningEngine {
     void CreateRestrictedPaths();
     void LoadLocationVariables(const pugi::xml_node& root);
     void LoadLocationVariable(const pugi::xml_node& node);
+    std::string ExpandForLoad(std::string text);
 
     // definitions.cpp, definition_items.cpp
     std::optional<std::string> ReadDefinitions() const;
+    bool ReplaceDefinitions();
     std::uint32_t LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount);
     std::uint32_t LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category);
     std::uint32_t LoadEntities(const pugi::xml_node& node, tagCLEAN_APPLICATION& application);
@@ -235,6 +237,7 @@ class CCleaningEngine {
     std::optional<std::string> m_definitionsDate;
     std::uint32_t m_loadedNodeCount = 0;
     std::map<std::string, UINT> m_driveTypes;  // by root, as the present load found them
+    std::size_t m_growthLeft = 0;              // by how much variables may still let texts grow in this load
     std::optional<std::string> m_definitionsFile;
     std::optional<std::string> m_preferencesFile;
 

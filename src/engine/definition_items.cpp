@@ -115,7 +115,7 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     item->type = type;
     item->action = ItemActionOf(element.action);
     item->entity = &entity;
-    std::string location = ExpandLocation(element.location);
+    std::string location = ExpandForLoad(element.location);
     if (type == ItemType::RegValue || type == ItemType::RegKey) {
         FillRegistryItem(*item, element, location);
     } else if (isPath) {

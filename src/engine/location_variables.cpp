@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
 #include <pugixml.hpp>
 #include <string>
 
@@ -154,6 +155,17 @@ void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
     }
 }
 
+// A text that would grow further than the load allows stays as it is written, and so do all behind it: what
+// is asked for by then is no location any more.
+std::string CCleaningEngine::ExpandForLoad(std::string text) {
+    if (m_growthLeft == 0) return text;
+    std::string expanded = ExpandLocation(text);
+    if (expanded.size() <= text.size()) return expanded;
+    const std::size_t growth = expanded.size() - text.size();
+    m_growthLeft -= std::min(growth, m_growthLeft);
+    return m_growthLeft == 0 ? text : expanded;
+}
+
 void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
     const VariableElement element = {AttributeOrNull(node, "Name"), AttributeOrNull(node, "Type"),
                                      AttributeOrNull(node, "Location"), AttributeOrNull(node, "ValueName"),
@@ -164,7 +176,7 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
             element.name, element.type, element.location, element.valueName);
         return;
     }
-    std::string value = VariableValue(element, ExpandLocation(element.location));
+    std::string value = VariableValue(element, ExpandForLoad(element.location));
     if (value.empty()) {
         ENGINE_TRACE(
             "Info: location variable value not loaded.  Name: '%s' Type: '%s' Location: '%s' ValueName: "
@@ -174,7 +186,7 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
     }
     // A value of this length fits no path any more, so the cut makes no other path of it.
     if (value.size() > kPathCapacity) value.resize(kPathCapacity);
-    value = ExpandLocation(std::move(value));
+    value = ExpandForLoad(std::move(value));
     const std::string key = element.name[0] == '%' ? element.name : std::string("%") + element.name + "%";
     m_variables->AddDelimitedText(key, value);
     ENGINE_TRACE("User-defined Location variable '%s' has been created with value '%s'.", key.c_str(),
