@@ -130,7 +130,7 @@ void BenchMemory(const BenchOptions&, AnsweringWindow& window, Report& report) {
         names += static_cast<std::ptrdiff_t>(result->name.value_or("").size());
         ++count;
     }
-    Require(count > kTrees[1].files, "the whole tree");
+    Require(count > static_cast<std::ptrdiff_t>(kTrees[1].files), "the whole tree");
     const auto each = [&](std::ptrdiff_t bytes) {
         return static_cast<double>(bytes - names) / static_cast<double>(count);
     };

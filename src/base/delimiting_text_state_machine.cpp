@@ -40,7 +40,10 @@ bool DelimitingTextStateMachine::AddDelimitedText(std::string_view key, std::str
     if (key.empty() || key.front() != delimiter) return false;
     ++variableCount;
     bool gained = false;
-    std::uint32_t stored = kNone;
+    bool used = false;
+    // Before the nodes: when memory runs out, no closing delimiter is left without its value.
+    const auto stored = static_cast<std::uint32_t>(values.size());
+    values.emplace_back(value);
     std::uint32_t node = kRoot;
     for (const char written : key.substr(1)) {
         if (!IsAscii(written)) break;
@@ -50,15 +53,13 @@ bool DelimitingTextStateMachine::AddDelimitedText(std::string_view key, std::str
             child = AddChild(node, c);
             gained = true;
             if (c == delimiter) {
-                if (stored == kNone) {
-                    stored = static_cast<std::uint32_t>(values.size());
-                    values.emplace_back(value);
-                }
                 nodes[child].value = stored;
+                used = true;
             }
         }
         node = child;
     }
+    if (!used) values.pop_back();
     return gained;
 }
 

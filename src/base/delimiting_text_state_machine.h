@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,7 +44,7 @@ class DelimitingTextStateMachine {
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
     // One character of a name. Children are chained, so that a node is small whatever the keys are, and all
-    // nodes stand in one vector, so that nothing recurses along a long key. A chain has at most 128 links.
+    // nodes stand in one list, so that nothing recurses along a long key. A chain has at most 128 links.
     struct Node {
         std::uint32_t firstChild = kNone;
         std::uint32_t nextSibling = kNone;
@@ -60,7 +61,7 @@ class DelimitingTextStateMachine {
     char delimiter;
     LeadByteTest isLeadByte;
     std::uint32_t variableCount = 0;
-    std::vector<Node> nodes;          // the first one is the root
+    std::deque<Node> nodes;           // the first one is the root; in pieces, so that growing copies none
     std::vector<std::string> values;  // those that a node refers to
     std::uint32_t cursor = kNone;     // where the match stands; kNone when no match is under way
     std::string workBuffer;           // the output; kept from call to call

@@ -125,7 +125,7 @@ class CCleaningEngine {
     // --- What the workers run, and its parts. On a worker, or on a thread of the caller's that has seen to
     // it that no worker runs.
 
-    // False when no category was loaded.
+    // False when no category was loaded, also for want of memory.
     bool LoadDefinitions();
     // Frees the hierarchy, with `save` after writing its states.
     void FreeDefinitions(bool save);
@@ -178,9 +178,12 @@ class CCleaningEngine {
     void CreateRestrictedPaths();
     void LoadLocationVariables(const pugi::xml_node& root);
     void LoadLocationVariable(const pugi::xml_node& node);
+    void ExpandForLoad(std::string& text);
+    bool LocationExists(std::string location);
 
     // definitions.cpp, definition_items.cpp
     std::optional<std::string> ReadDefinitions() const;
+    bool ReplaceDefinitions();
     std::uint32_t LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount);
     std::uint32_t LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category);
     std::uint32_t LoadEntities(const pugi::xml_node& node, tagCLEAN_APPLICATION& application);
@@ -238,6 +241,7 @@ class CCleaningEngine {
     std::uint32_t m_loadedNodeCount = 0;
     std::map<std::string, UINT> m_driveTypes;  // by root, as the present load found them
     std::string m_locationText;                // of the item that is being loaded; kept from item to item
+    std::size_t m_growthLeft = 0;              // by how much variables may still let texts grow in this load
     std::optional<std::string> m_definitionsFile;
     std::optional<std::string> m_preferencesFile;
 

@@ -116,7 +116,7 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     item.action = ItemActionOf(element.action);
     item.entity = &entity;
     m_locationText = element.location;
-    m_variables->ReplaceDelimitedText(m_locationText);
+    ExpandForLoad(m_locationText);
     const std::string& location = m_locationText;
     if (type == ItemType::RegValue || type == ItemType::RegKey) {
         FillRegistryItem(item, element, location);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <mutex>
+#include <new>
 #include <pugixml.hpp>
 #include <string>
 
@@ -17,6 +18,10 @@
 #include "system/system_facts.h"
 
 namespace {
+
+// How far location variables may let the texts of one load grow together, in bytes. Values that are built
+// from values would otherwise make a few lines fill the memory; real locations come nowhere near it.
+constexpr std::size_t kMaxGrowth = kMaxDbPayload;
 
 std::optional<std::string> TextOrNothing(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;
@@ -65,7 +70,17 @@ std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
 
 bool CCleaningEngine::LoadDefinitions() {
     m_cancel = false;
-    FreeDefinitions(true);
+    // How much memory the definitions want is for them to say, so the want of it is no reason to end.
+    try {
+        FreeDefinitions(true);
+        return ReplaceDefinitions();
+    } catch (const std::bad_alloc&) {
+        FreeDefinitions(false);
+        return false;
+    }
+}
+
+bool CCleaningEngine::ReplaceDefinitions() {
     auto text = ReadDefinitions();
     if (!text) return false;
     const std::size_t bytes = text->size();
@@ -80,8 +95,9 @@ bool CCleaningEngine::LoadDefinitions() {
     if (const char* date = AttributeOrNull(root, "date")) m_definitionsDate = date;
     ENGINE_TRACE("Cleaning definition version '%d' '%s'.  %d bytes.", static_cast<int>(m_definitionsVersion),
                  m_definitionsDate ? m_definitionsDate->c_str() : "", static_cast<int>(bytes));
-    LoadLocationVariables(root);
+    m_growthLeft = kMaxGrowth;
     m_driveTypes.clear();
+    LoadLocationVariables(root);
     std::uint32_t categoryCount = 0;
     m_loadedNodeCount = LoadCategories(root, categoryCount);
     LoadItemStates();
@@ -128,6 +144,11 @@ std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::u
     return loaded;
 }
 
+bool CCleaningEngine::LocationExists(std::string location) {
+    ExpandForLoad(location);
+    return ::GetFileAttributesA(location.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
 std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category) {
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
@@ -141,9 +162,9 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
         auto application = std::make_unique<tagCLEAN_APPLICATION>();
         application->name = name;
         LoadImageOf(child, *application);
+        // An empty text is no location; one that expands to nothing is a location that does not exist.
         const std::string installed = child.attribute("InstallLocation").value();
-        application->present = installed.empty() || ::GetFileAttributesA(ExpandLocation(installed).c_str()) !=
-                                                        INVALID_FILE_ATTRIBUTES;
+        application->present = installed.empty() || LocationExists(installed);
         application->enabled = EnabledByDefault(child);
         application->entityCount = LoadEntities(child, *application);
         if (application->entityCount == 0) {

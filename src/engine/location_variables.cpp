@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <algorithm>
 #include <pugixml.hpp>
 #include <string>
 
@@ -154,6 +155,16 @@ void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
     }
 }
 
+// A text that would grow further than the load allows stays as it is written, and so do all behind it: what
+// is asked for by then is no location any more.
+void CCleaningEngine::ExpandForLoad(std::string& text) {
+    if (m_growthLeft == 0 || text.find('%') == std::string::npos) return;
+    std::string expanded = ExpandLocation(text);
+    const std::size_t growth = expanded.size() > text.size() ? expanded.size() - text.size() : 0;
+    m_growthLeft -= std::min(growth, m_growthLeft);
+    if (m_growthLeft != 0) text = std::move(expanded);
+}
+
 void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
     const VariableElement element = {AttributeOrNull(node, "Name"), AttributeOrNull(node, "Type"),
                                      AttributeOrNull(node, "Location"), AttributeOrNull(node, "ValueName"),
@@ -164,7 +175,9 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
             element.name, element.type, element.location, element.valueName);
         return;
     }
-    std::string value = VariableValue(element, ExpandLocation(element.location));
+    std::string location = element.location;
+    ExpandForLoad(location);
+    std::string value = VariableValue(element, location);
     if (value.empty()) {
         ENGINE_TRACE(
             "Info: location variable value not loaded.  Name: '%s' Type: '%s' Location: '%s' ValueName: "
@@ -174,7 +187,7 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
     }
     // A value of this length fits no path any more, so the cut makes no other path of it.
     if (value.size() > kPathCapacity) value.resize(kPathCapacity);
-    value = ExpandLocation(std::move(value));
+    ExpandForLoad(value);
     const std::string key = element.name[0] == '%' ? element.name : std::string("%") + element.name + "%";
     m_variables->AddDelimitedText(key, value);
     ENGINE_TRACE("User-defined Location variable '%s' has been created with value '%s'.", key.c_str(),

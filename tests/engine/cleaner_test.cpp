@@ -275,25 +275,52 @@ TEST_F(Cleaner, AKindWithoutARoutineIsDone) {
 TEST_F(Cleaner, TheWalkAsksOnlyForWhatIsSelected) {
     const std::string entities =
         Named("Entity", "On", FileItem("on.txt")) + Named("Entity", "Off", FileItem("off.txt"));
+    const std::string off = Named("Application", "Off", Named("Entity", "E", FileItem("off2.txt")));
     const std::string gone = Named("Application", "Gone", Named("Entity", "E", FileItem("gone.txt")));
-    Find(DefinitionsXml(Named("Category", "Category", Named("Application", "Application", entities) + gone)),
-         3);
+    const std::string last =
+        Named("Category", "Last", Named("Application", "A", Named("Entity", "E", FileItem("off3.txt"))));
+    Find(
+        DefinitionsXml(
+            Named("Category", "Category", Named("Application", "Application", entities) + off + gone) + last),
+        5);
     Entity("Category", "Application", "Off").enabled = false;
+    Application("Category", "Off").enabled = false;
     Application("Category", "Gone").present = false;
-    EXPECT_EQ(CleanLog(), Lines({
-                              "cleaned on.txt 100%",
-                              "cleaned nothing 100%",
-                              "cleaned On 100%",
-                              "cleaned off.txt 200%",
-                              "cleaned nothing 200%",
-                              "cleaned Off 200%",
-                              "cleaned Application 200%",
-                              "passed over Gone",
-                              "cleaned Category 200%",
-                              "clean done",
-                          }));
-    ExpectCounters(2, 0);
+    Category("Last").enabled = false;
+    const Lines log = CleanLog();
+    ASSERT_GE(log.size(), 3u);
+    EXPECT_EQ(log.front(), "cleaned on.txt 100%") << "the only one that is enabled";
+    EXPECT_EQ(log[log.size() - 2], "cleaned Last 400%");
+    EXPECT_EQ(std::count(log.begin(), log.end(), "passed over Gone"), 1);
+    ExpectCounters(4, 0);
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"cleaning.db", "gone.txt"}));
+}
+
+// Nothing of a run is left in the next one: not its counters, and not a stop that came behind its end.
+TEST_F(Cleaner, ASecondRunCountsAnew) {
+    const std::string locked = folder.MakeFile("locked.txt");
+    const std::string other =
+        Named("Category", "Other", Named("Application", "A", Named("Entity", "E", FileItem("b.txt"))));
+    const std::string mine =
+        Named("Application", "Application", Named("Entity", "E", ItemXml("File", locked)));
+    Find(DefinitionsXml(Named("Category", "Category", mine) + other), 2);
+    {
+        auto schedules = API_HOOK(MoveFileExA);
+        schedules.Replace([](auto...) { return TRUE; });
+        const auto lock = OpenLocked(locked);
+        Clean();
+    }
+    ExpectCounters(1, 1);
+    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("Other"))), 1);
+
+    Category("Other").enabled = false;
+    Scan();
+    engine->CancelAction();
+    EXPECT_EQ(CleanLog(), Lines({"cleaned locked.txt 100%", "cleaned nothing 100%", "cleaned E 100%",
+                                 "cleaned Application 100%", "cleaned Category 100%", "passed over Other",
+                                 "clean done"}));
+    ExpectCounters(1, 0);
+    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("Other"))), 0);
 }
 
 TEST_F(Cleaner, AStopBetweenResultsLeavesTheRest) {

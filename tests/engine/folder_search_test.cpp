@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -245,6 +246,16 @@ TEST(FolderSearch, ARealLinkIsListedAndNeverEntered) {
     ASSERT_TRUE(Exists(folder.At("real\\link\\precious.txt"))) << "the link does not work";
     EXPECT_EQ(Search(folder.Path()), (Lines{"folder real\\|link\\", "folder |real\\"}));
     EXPECT_EQ(Search(folder.Path(), "*.txt"), Lines());
+}
+
+TEST(FolderSearch, TheTracesOfAFolderShareItsText) {
+    const TestFolder folder;
+    for (const char* name : {"1", "2", "sub\\3", "sub\\4"}) folder.MakeFile(name);
+    RecordingSink sink;
+    ScanFolder(folder.Path(), nullptr, sink);
+    std::set<const std::string*> texts;
+    for (const RecordingSink::Trace& trace : sink.traces) texts.insert(trace.path.get());
+    EXPECT_EQ(texts.size(), 2u);
 }
 
 TEST(FolderSearch, AStopIsHeededBehindEachEntry) {

@@ -8,6 +8,9 @@
 
 namespace {
 
+// A scan may hold a million of them.
+static_assert(sizeof(tagCLEAN_RESULT) <= 80);
+
 HSCANITEM At(const void* record, std::ptrdiff_t offset = 0) {
     return reinterpret_cast<HSCANITEM>(reinterpret_cast<std::uintptr_t>(record) +
                                        static_cast<std::uintptr_t>(offset));
@@ -20,8 +23,12 @@ TEST(ResultStore, KnowsItsResultsAndNothingElse) {
     EXPECT_EQ(store.Find(At(&item)), nullptr);
 
     const auto path = std::make_shared<const std::string>("C:\\folder\\");
+    // Its memory is given back half-way, so that the later blocks of the store lie before the earlier ones.
+    ResultStore other;
+    for (int i = 0; i < 1000; ++i) other.Add(ResultType::File, item, path, std::nullopt);
     std::vector<tagCLEAN_RESULT*> results;
     for (int i = 0; i < 1000; ++i) {
+        if (i == 300) other.Clear();
         results.push_back(&store.Add(ResultType::File, item, path, std::to_string(i)));
         // What lies behind the last one may be memory of the store's; it is no result yet.
         ASSERT_EQ(store.Find(At(results.back() + 1)), nullptr) << i;

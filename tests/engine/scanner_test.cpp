@@ -119,7 +119,7 @@ TEST_F(Scanner, SendsEachNodeEachStepAndEachEmptyNodeInOrder) {
                "empty Unwanted", "empty Spotless", "empty Clean", "empty Empty", "empty In idle",
                "empty Idle", "empty Disabled", "done 0"}));
     EXPECT_EQ(warnings, Lines{"Skipping Restricted Path: " +
-                              Items(Entity("Traces", "Program", "Files"))[1]->location.value()});
+                              std::string(Items(Entity("Traces", "Program", "Files"))[1]->location.value())});
 
     const auto nodes = window.Nodes();
     EXPECT_EQ(nodes[0].handle, HandleOf(Category("Traces")));

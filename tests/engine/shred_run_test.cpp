@@ -77,6 +77,12 @@ TEST_F(ShredRun, AStopEndsTheRunAndEmptiesTheList) {
     window.OnMessage(nullptr);
     EXPECT_EQ(ShredLog(), Lines({"shred started", "shred done"}));
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"b.txt", "c.txt"}));
+
+    Queue({"d.txt"});
+    engine->CancelAction();
+    Shred(1);
+    ExpectCounters(1, 0);
+    EXPECT_FALSE(Exists(folder.At("d.txt"))) << "a stop of before has no effect";
 }
 
 // A stop before the first file: it is told as not done, and neither counter moves.
