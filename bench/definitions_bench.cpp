@@ -24,7 +24,7 @@ constexpr std::size_t kTextSize = 10u << 20;  // bytes
 class PackedText {
   public:
     PackedText(const std::string& path, std::size_t textSize) : m_textSize(textSize) {
-        auto file = ReadWholeFile(path.c_str());
+        auto file = ReadWholeFile(path.c_str(), kMaxDbPayload);
         Require(file.has_value(), "the definitions file");
         m_archive = std::move(*file);
         std::uint8_t* payload = nullptr;

@@ -45,11 +45,22 @@ bool Clean(Session& session, Report& report, const std::vector<ReportResult*>& r
 }
 
 // Why the shredder keeps its hands off a true path; empty when it need not.
+// True for \\server\share$\..., by which a drive of a machine is reached past the spelling of its own
+// folders.
+bool IsAdministrativeShare(const std::string& path) {
+    if (!path.starts_with("\\\\")) return false;
+    const std::size_t share = path.find('\\', 2);
+    if (share == std::string::npos) return false;
+    const std::string name = path.substr(share + 1, path.find('\\', share + 1) - share - 1);
+    return name.ends_with('$');
+}
+
 std::string ProtectionOf(const CCleaningEngine& engine, const std::string& path) {
     if (path.empty()) return "cannot be told from a protected path; --force overrides";
     if (engine.IsRestrictedPath(path.c_str()) || engine.IsRestrictedLocation(path)) {
         return "is protected, because the system or the user's data stands on it; --force overrides";
     }
+    if (IsAdministrativeShare(path)) return "lies on an administrative share; --force overrides";
     // The engine compares with case, and the system itself spells its folder in several ways.
     const std::string windows = FolderPath(CSIDL_WINDOWS).value_or("");
     std::string spelt = path;

@@ -36,7 +36,7 @@ how it is done
 Ctrl+C ends a run early; what was done until then is printed.
 
 exit codes
-  0  done               1  wrong usage, nothing touched    2  the definitions cannot be loaded
+  0  done               1  wrong usage, nothing done       2  the definitions cannot be loaded
   3  something failed   4  something goes with the next restart of Windows    130  stopped by the user
 )";
 }

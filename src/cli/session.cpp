@@ -31,7 +31,7 @@ bool IsReadable(const std::string& path) {
 // The engine takes a preferences file that it cannot read for none. One that the user names holds what must
 // not be removed, so there it is an error.
 bool HoldsPreferences(const std::string& path) {
-    auto file = ReadWholeFile(path.c_str());
+    auto file = ReadWholeFile(path.c_str(), kMaxDbPayload);
     if (file) {
         std::string text = DbFileText(std::move(*file));
         pugi::xml_document document;

@@ -20,7 +20,7 @@ bool IsRoot(const std::string& path) {
 std::string WithoutPrefix(const std::string& path) {
     if (path.starts_with("\\\\?\\UNC\\")) return "\\" + path.substr(7);
     const bool isPrefixed = path.starts_with("\\\\?\\") || path.starts_with("\\\\.\\");
-    return isPrefixed && path.substr(5, 2) == ":\\" ? path.substr(4) : path;
+    return isPrefixed && path.size() >= 7 && path.substr(5, 2) == ":\\" ? path.substr(4) : path;
 }
 
 std::string WithBackslash(std::string path) {
@@ -37,7 +37,10 @@ class Planner {
     // False when the path is refused.
     bool Add(const std::string& path, DWORD attributes, bool isLink) {
         const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        const std::size_t passedOver = plan.passedOver.size();
         if (isFolder && !isLink && !AddContent(WithBackslash(path))) return false;
+        // What holds an entry that stays has to stay as well.
+        if (plan.passedOver.size() != passedOver) return true;
         if (m_known.insert(LowerText(path)).second) {
             plan.paths.push_back(path);
             plan.folders += isFolder;

@@ -27,7 +27,7 @@ std::optional<std::string> TextOrNothing(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;
 }
 
-// Only a lower-case "n" or a "0" in front switches off.
+// kept: only a lower-case "n" or a "0" in front switches off.
 bool EnabledByDefault(const pugi::xml_node& node) {
     const char first = node.attribute("Default").value()[0];
     return first != '0' && first != 'n';
@@ -60,7 +60,7 @@ std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
                                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file) continue;
         ENGINE_TRACE("Loading cleaning definitions from '%s'.", path.c_str());
-        auto bytes = ReadWholeFile(file.get());
+        auto bytes = ReadWholeFile(file.get(), kMaxDbPayload);
         if (!bytes) return std::nullopt;
         return DbFileText(std::move(*bytes));
     }
@@ -107,7 +107,10 @@ bool CCleaningEngine::ReplaceDefinitions() {
 
 void CCleaningEngine::FreeDefinitions(bool save) {
     const std::lock_guard lock(m_lock);
-    if (!m_categories.Head()) return;
+    if (!m_categories.Head()) {
+        m_definitionMemory.Release();  // of a load that came to nothing
+        return;
+    }
     ENGINE_TRACE("Freeing cleaning definition objects.");
     if (save) SaveItemStates();
     m_results.Clear();

@@ -7,8 +7,9 @@ class Image;
 }
 
 // What the engine and the window that started one of its workers tell each other. Each message is sent
-// synchronously from the worker, with the engine's lock held, unless it is marked as posted; the window's
-// thread must not call a locking engine operation until the run has ended.
+// synchronously from the worker unless it is marked as posted. A scan, a clean, a shred and a listing hold
+// the engine's lock while they send, so the window's thread must not call a locking engine operation until
+// the run has ended.
 
 // The address of a record of the scan hierarchy, of any level, used as an opaque handle. A handle of a
 // definition level is valid until the definitions are freed, one of a result until the results are cleared.

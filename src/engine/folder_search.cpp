@@ -15,11 +15,13 @@ namespace {
 // The next entry of a listing. One whose name is too long for the find data fails the call by itself; what
 // stands behind it is found all the same.
 bool NextEntry(HANDLE find, WIN32_FIND_DATAA& entry, const ScanSink& sink) {
-    while (!::FindNextFileA(find, &entry)) {
+    // Bounded, for a file system that fails in this way without moving on.
+    constexpr int kMostFailures = 1000;
+    for (int failures = 0; !::FindNextFileA(find, &entry); ++failures) {
         const DWORD error = ::GetLastError();
         const bool onlyName =
             error == ERROR_MORE_DATA || error == ERROR_INSUFFICIENT_BUFFER || error == ERROR_BUFFER_OVERFLOW;
-        if (!onlyName || sink.Cancelled()) return false;
+        if (!onlyName || failures == kMostFailures || sink.Cancelled()) return false;
     }
     return true;
 }

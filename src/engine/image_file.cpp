@@ -39,6 +39,9 @@ TemporaryFile WriteImageFile(std::string_view base64) {
 
 namespace {
 
+// A picture of the definitions is an icon; the largest database is not larger than this.
+constexpr std::uint32_t kMaxImageBytes = 32 << 20;
+
 struct StreamRelease {
     void operator()(IStream* stream) const { stream->Release(); }
 };
@@ -67,7 +70,7 @@ UniqueStream MemoryStream(const std::vector<std::uint8_t>& bytes) {
 
 UniqueImage LoadImageFromFile(const char* path) {
     if (!path) return nullptr;
-    const auto bytes = ReadWholeFile(path);
+    const auto bytes = ReadWholeFile(path, kMaxImageBytes);
     if (!bytes || bytes->empty()) return nullptr;
     // An image that is made from the file itself keeps it open, and the file could not be deleted with its
     // record while an image of the latest scan lives.

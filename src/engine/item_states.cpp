@@ -186,7 +186,7 @@ void CCleaningEngine::SaveItemStates() {
 void CCleaningEngine::LoadItemStates() {
     const auto path = PreferencesPath();
     if (!path) return;
-    auto file = ReadWholeFile(path->c_str());
+    auto file = ReadWholeFile(path->c_str(), kMaxDbPayload);
     if (!file) return;
     ENGINE_TRACE("Loading scanning item enabled states.");
     std::string text = DbFileText(std::move(*file));

@@ -185,9 +185,13 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
             element.name, element.type, element.location, element.valueName);
         return;
     }
-    // A value of this length fits no path any more, so the cut makes no other path of it.
-    if (value.size() > kPathCapacity) value.resize(kPathCapacity);
-    ExpandForLoad(value);
+    // A value of this length fits no path any more, so the cut makes no other path of it; nor may what it
+    // holds, when it is replaced, make it shorter.
+    if (value.size() > kPathCapacity) {
+        value.resize(kPathCapacity);
+    } else {
+        ExpandForLoad(value);
+    }
     const std::string key = element.name[0] == '%' ? element.name : std::string("%") + element.name + "%";
     m_variables->AddDelimitedText(key, value);
     ENGINE_TRACE("User-defined Location variable '%s' has been created with value '%s'.", key.c_str(),

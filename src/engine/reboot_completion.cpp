@@ -96,7 +96,7 @@ void CCleaningEngine::CompleteAfterReboot() {
         ENGINE_TRACE("%d items found and %d items cleaned on reboot.", static_cast<int>(found),
                      static_cast<int>(cleaned));
     }
-    ::RemoveDirectoryA(m_rebootFolder.c_str());
+    if (!m_scanOnly) ::RemoveDirectoryA(m_rebootFolder.c_str());
     m_window = window;
     Send(WM_ENGINE_REBOOT_END, 0, 0);
 }

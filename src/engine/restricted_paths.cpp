@@ -110,7 +110,7 @@ bool IsRestrictedUserPath(const char* path, const std::vector<std::string>& prot
             return text.size() <= 3 && text.find('\\') != std::string::npos &&
                    ::_strnicmp(entry.c_str(), text.c_str(), length) == 0;
         }
-        return text.size() == entry.size() && LowerText(text) == entry;
+        return LowerText(text) == entry;
     });
 }
 

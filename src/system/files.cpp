@@ -16,7 +16,9 @@ std::string WithoutTrailingBackslash(const char* path) {
 
 // What the system lists at exactly this path, which must not end in a backslash.
 std::optional<WIN32_FIND_DATAA> FindEntry(const std::string& path) {
-    if (path.find_first_of("*?") != std::string::npos) return std::nullopt;
+    // The "?" of a prefix stands for nothing.
+    const std::size_t behindPrefix = path.starts_with("\\\\?\\") ? 4 : 0;
+    if (path.find_first_of("*?", behindPrefix) != std::string::npos) return std::nullopt;
     WIN32_FIND_DATAA entry = {};
     const UniqueFind search = OwnHandle<UniqueFind>(::FindFirstFileA(path.c_str(), &entry));
     if (search == nullptr) return std::nullopt;
@@ -79,7 +81,8 @@ bool IsLink(const char* path) {
     const DWORD attributes = ::GetFileAttributesA(link.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) return false;
     const auto entry = FindEntry(link);
-    return entry && IsLink(entry->dwFileAttributes, entry->dwReserved0);
+    // Where its tag is not to be had it may lead anywhere.
+    return !entry || IsLink(entry->dwFileAttributes, entry->dwReserved0);
 }
 
 std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder) {
@@ -129,15 +132,16 @@ bool RemoveFolderLink(const char* path) {
     return IsGone(link.c_str());
 }
 
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path) {
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path, std::uint32_t limit) {
     const UniqueHandle file = OwnHandle<UniqueHandle>(::CreateFileA(
         path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    return file == nullptr ? std::nullopt : ReadWholeFile(file.get());
+    return file == nullptr ? std::nullopt : ReadWholeFile(file.get(), limit);
 }
 
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file) {
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file, std::uint32_t limit) {
     LARGE_INTEGER size = {};
     if (!::GetFileSizeEx(file, &size) || size.u.HighPart != 0) return std::nullopt;
+    if (size.u.LowPart > limit) return std::nullopt;
 
     std::vector<std::uint8_t> content;
     try {

@@ -39,12 +39,13 @@ bool IsGone(const char* path);
 // opens what the link leads to, whatever it is asked for, and would delete that.
 bool RemoveFolderLink(const char* path);
 
-// The whole of an open file from its start; nothing if it does not fit 32 bits or is not read to its end.
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file);
+// The whole of an open file from its start; nothing if it has more than `limit` bytes or is not read to its
+// end.
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(HANDLE file, std::uint32_t limit);
 
-// The whole file, opened with FILE_SHARE_READ; nothing if it cannot be opened, does not fit 32 bits or is not
-// read to its end.
-std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path);
+// The whole file, opened with FILE_SHARE_READ; nothing if it cannot be opened, has more than `limit` bytes or
+// is not read to its end.
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const char* path, std::uint32_t limit);
 
 // Writes a new file beside `path` (with ".new" behind its name, which has to fit kPathCapacity), flushes it,
 // and moves it into its place. On failure what was at `path` stays, and nothing beside it.

@@ -72,12 +72,13 @@ class LinkHook {
     explicit LinkHook(const std::string& path, DWORD tag = kMountPointTag) : m_path(path), m_tag(tag) {
         m_attributes.Replace([this](LPCSTR asked) {
             const DWORD attributes = m_attributes.Real()(asked);
-            const bool isLink = attributes != INVALID_FILE_ATTRIBUTES && m_path == asked;
+            const bool isLink =
+                attributes != INVALID_FILE_ATTRIBUTES && std::string_view(asked).ends_with(m_path);
             return isLink ? attributes | FILE_ATTRIBUTE_REPARSE_POINT : attributes;
         });
         m_find.Replace([this](LPCSTR asked, LPWIN32_FIND_DATAA entry) {
             const HANDLE search = m_find.Real()(asked, entry);
-            if (m_path == asked) {
+            if (std::string_view(asked).ends_with(m_path)) {
                 entry->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
                 entry->dwReserved0 = m_tag;
             }
@@ -109,6 +110,7 @@ TEST(Links, AreFoundByPathWithOrWithoutABackslash) {
         const LinkHook hook(link);
         EXPECT_TRUE(IsLink(link.c_str()));
         EXPECT_TRUE(IsLink((link + "\\").c_str()));
+        EXPECT_TRUE(IsLink(("\\\\?\\" + link).c_str()));
         EXPECT_FALSE(IsLink(plain.c_str()));
         EXPECT_FALSE(IsLink(folder.At("missing").c_str()));
         EXPECT_FALSE(IsLink(folder.At("lin?").c_str())) << "a mask is no path";
@@ -202,26 +204,27 @@ TEST(WholeFiles, AreReadToTheirEndOrNotAtAll) {
     const std::string big(300000, 'x');
     const std::string file = folder.MakeFile("file", big);
     const std::string empty = folder.MakeFile("empty", "");
-    const auto content = ReadWholeFile(file.c_str());
+    const auto content = ReadWholeFile(file.c_str(), MAXDWORD);
     ASSERT_TRUE(content);
     EXPECT_EQ(std::string(content->begin(), content->end()), big);
-    ASSERT_TRUE(ReadWholeFile(empty.c_str()));
-    EXPECT_TRUE(ReadWholeFile(empty.c_str())->empty());
-    EXPECT_FALSE(ReadWholeFile(folder.At("missing").c_str()));
-    EXPECT_FALSE(ReadWholeFile(folder.Path().c_str()));
+    ASSERT_TRUE(ReadWholeFile(empty.c_str(), MAXDWORD));
+    EXPECT_TRUE(ReadWholeFile(empty.c_str(), MAXDWORD)->empty());
+    EXPECT_FALSE(ReadWholeFile(file.c_str(), 299999)) << "more than is allowed";
+    EXPECT_FALSE(ReadWholeFile(folder.At("missing").c_str(), MAXDWORD));
+    EXPECT_FALSE(ReadWholeFile(folder.Path().c_str(), MAXDWORD));
     {
         auto read = API_HOOK(ReadFile);
         read.Replace([&](HANDLE handle, LPVOID buffer, DWORD size, LPDWORD got, LPOVERLAPPED overlapped) {
             return read.Real()(handle, buffer, size / 2, got, overlapped);
         });
-        EXPECT_FALSE(ReadWholeFile(file.c_str())) << "half of it";
+        EXPECT_FALSE(ReadWholeFile(file.c_str(), MAXDWORD)) << "half of it";
     }
     auto size = API_HOOK(GetFileSizeEx);
     size.Replace([](HANDLE, PLARGE_INTEGER answer) {
         answer->QuadPart = 0x100000005;
         return TRUE;
     });
-    EXPECT_FALSE(ReadWholeFile(file.c_str())) << "more than 32 bits";
+    EXPECT_FALSE(ReadWholeFile(file.c_str(), MAXDWORD)) << "more than 32 bits";
 }
 
 bool Replace(const std::string& path, const std::string& content) {
