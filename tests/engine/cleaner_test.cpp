@@ -262,15 +262,6 @@ TEST_F(Cleaner, EmptiesAnIniValue) {
     EXPECT_EQ(Found(Entity()), Lines({locked + "[part]key"})) << "it is no trace any more";
 }
 
-TEST_F(Cleaner, AKindWithoutARoutineIsDone) {
-    key.SetText("value", "text");
-    Find(OneEntityXml(ValueItem("value")), 1);
-    Result("value").type = ResultType::NativeRegValue;
-    Clean();
-    ExpectCounters(1, 0);
-    EXPECT_TRUE(ValueExists(key.Root(), key.Path(), "value"));
-}
-
 // The total asks for what is enabled, the walk only for what is selected.
 TEST_F(Cleaner, TheWalkAsksOnlyForWhatIsSelected) {
     const std::string entities =
@@ -406,23 +397,6 @@ TEST_F(Cleaner, ShredsFilesByThePassCountOfTheRun) {
     EXPECT_EQ(recorder.passes.size(), 3u + 7u);
     EXPECT_EQ(second, reinterpret_cast<std::uintptr_t>(window.Handle())) << "it was refused";
     EXPECT_EQ(window.Count(WM_ENGINE_CLEAN_DONE), 1u);
-}
-
-// The redirection of files stays as it is, also where the shred run would switch it off.
-TEST_F(Cleaner, LeavesTheRedirectionAlone) {
-    Find(OneEntityXml(FileItem("a.txt")), 1);
-    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
-    wow64.Replace([](HANDLE, PBOOL answer) {
-        *answer = TRUE;
-        return TRUE;
-    });
-    InitRegRedirectionTable();
-    ASSERT_TRUE(IsRegTableInForce());
-    auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
-    Clean();
-    FreeRegRedirectionTable();
-    ExpectCounters(1, 0);
-    EXPECT_EQ(disables.Calls(), 0);
 }
 
 }  // namespace

@@ -128,20 +128,6 @@ TEST_F(Workers, AreNotBusyInTheEndMessageOfLoadAndListButInThatOfScanCleanAndShr
     EXPECT_EQ(busyInEnd, expected);
 }
 
-TEST_F(Workers, FollowEachOtherFromWithinTheEndMessagesOfLoadAndList) {
-    WriteDefinitions(SeveralNodes());
-    std::uintptr_t list = kNoThread;
-    std::uintptr_t scan = kNoThread;
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (message.message == WM_ENGINE_LOADED) list = engine->StartList(window.Handle());
-        if (message.message == WM_ENGINE_SHRED_DONE) scan = engine->StartScan(window.Handle());
-        return window.DefaultAnswer(message);
-    });
-    Run([this] { return engine->StartLoad(window.Handle()); }, WM_ENGINE_SCAN_DONE);
-    EXPECT_NE(list, AsResult(window.Handle()));
-    EXPECT_NE(scan, AsResult(window.Handle()));
-}
-
 TEST_F(Workers, ThatGetNoThreadLeaveTheEngineIdle) {
     auto threads = API_HOOK(_beginthread);
     threads.ReplaceAt(1, [](auto...) { return kNoThread; });
@@ -157,14 +143,6 @@ TEST_F(Workers, AreWaitedForByTheDestructorWhichAnswersTheirMessages) {
     engine->StartScan(window.Handle());
     engine.reset();
     EXPECT_EQ(window.Count(WM_ENGINE_SCAN_DONE), 1u);
-}
-
-TEST_F(Workers, OfAnEngineWithoutDefinitionsComeToTheirEnd) {
-    EXPECT_FALSE(Load());
-    List();
-    Scan();
-    EXPECT_EQ(window.Messages().size(), 1u);
-    Clean();
 }
 
 class Cancel : public EngineTest {

@@ -96,20 +96,6 @@ TEST_F(DefinitionItems, AreLoadedDroppedOrPassedOverByWhatTheySay) {
     }
 }
 
-TEST_F(DefinitionItems, ThatAreDroppedLeaveTheOthersInTheirOrder) {
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", "C:\\1") + ItemXml("File", "C:\\2", "Nothing") +
-                                  ItemXml("RegKey", "no hive") + ItemXml("Folder", "C:\\3"))));
-    const auto items = Items(Entity());
-    ASSERT_EQ(items.size(), 2u);
-    EXPECT_EQ(items[0]->location, "C:\\1");
-    EXPECT_EQ(items[1]->location, "C:\\3");
-    // A scan of what stays has something to count, also where no search answers to it.
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("Cookie", "anywhere"))));
-    Scan();
-    EXPECT_EQ(window.Count(WM_ENGINE_SCAN_PROGRESS), 2u);
-    EXPECT_EQ(engine->GetItemsFound(), 0u);
-}
-
 TEST_F(DefinitionItems, HaveTheVariablesOfTheirLocationReplacedAndNoOthers) {
     ASSERT_TRUE(Load(DefinitionsXml(
         ElementXml("LocationVariables", "",
@@ -183,14 +169,6 @@ TEST_F(FixedDrives, AreWhereAFileOrFolderThatIsWrittenWithoutAVariableMustLie) {
                   c.loaded);
         EXPECT_EQ(asked, c.asked);
     }
-}
-
-TEST_F(FixedDrives, AreAskedForOnceInALoadAndAnewInTheNext) {
-    const std::string items = ItemXml("File", "C:\\a") + ItemXml("Folder", "C:\\b\\");
-    ASSERT_TRUE(Load(OneEntityXml(items)));
-    drives.Replace([](LPCSTR) -> UINT { return DRIVE_REMOVABLE; });
-    EXPECT_FALSE(Load(OneEntityXml(items)));
-    EXPECT_EQ(drives.Calls(), 2);
 }
 
 }  // namespace

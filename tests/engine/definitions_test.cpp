@@ -105,34 +105,6 @@ TEST_F(Definitions, LoadWhatCanBeUsedAndDropTheRestElementByElement) {
     }
 }
 
-TEST_F(Definitions, CountTheirNodes) {
-    ASSERT_TRUE(Load(DefinitionsXml(
-        kCategory + ElementXml("Category", "Name='D'",
-                               kApplication + ElementXml("Application", "Name='B'", kEntity + kEntity)))));
-    EXPECT_EQ(engine->LoadedNodeCount(), 5u);
-    EXPECT_EQ(Category("C").applicationCount, 1u);
-    EXPECT_EQ(Category("D").applicationCount, 2u);
-    EXPECT_EQ(Application("D", "B").entityCount, 2u);
-    WriteDefinitions(DefinitionsXml(""));
-    EXPECT_FALSE(Load());
-    EXPECT_EQ(engine->LoadedNodeCount(), 0u);
-    EXPECT_EQ(engine->Categories().Head(), nullptr);
-}
-
-TEST_F(Definitions, KeepVersionAndDateOfBeforeWhereANewDocumentHasNone) {
-    EXPECT_EQ(engine->GetDefinitionsVersion(), 0u);
-    EXPECT_FALSE(engine->GetDefinitionsDate());
-    Load("<xclean_def version='20080501 or so' date=' May &#49; '>" + kCategory + "</xclean_def>");
-    EXPECT_EQ(engine->GetDefinitionsVersion(), 20080501u);
-    EXPECT_EQ(engine->GetDefinitionsDate(), " May &#49; ");
-    Load("<xclean_def>" + kCategory + "</xclean_def>");
-    EXPECT_EQ(engine->GetDefinitionsVersion(), 20080501u);
-    EXPECT_EQ(engine->GetDefinitionsDate(), " May &#49; ");
-    Load("<xclean_def version='new' date=''>" + kCategory + "</xclean_def>");
-    EXPECT_EQ(engine->GetDefinitionsVersion(), 0u);
-    EXPECT_EQ(engine->GetDefinitionsDate(), "");
-}
-
 TEST_F(Definitions, DecodeOneKindOfReferenceInAWholeDocument) {
     const auto nameAfterLoad = [&](const std::string& help, const std::string& name) {
         EXPECT_TRUE(Load(

@@ -267,17 +267,4 @@ TEST(RenameRandom, KeepsTheLengthAndTheDotsOfTheNameAlone) {
     }
 }
 
-TEST(RenameRandom, NeedsRoomForThePathWithItsEnd) {
-    const TestFolder folder;
-    const std::string file = folder.MakeFile("a.txt");
-    auto moves = API_HOOK(MoveFileA);
-    std::vector<char> newPath(file.size() + 1, '!');
-    EXPECT_FALSE(RenameRandom(nullptr, newPath.data(), newPath.size()));
-    EXPECT_FALSE(RenameRandom(file.c_str(), nullptr, newPath.size()));
-    EXPECT_FALSE(RenameRandom(file.c_str(), newPath.data(), file.size()));
-    EXPECT_EQ(moves.Calls(), 0);
-    EXPECT_EQ(newPath.front(), '!') << "nothing is written on a refusal";
-    EXPECT_TRUE(RenameRandom(file.c_str(), newPath.data(), newPath.size()));
-}
-
 }  // namespace

@@ -116,20 +116,6 @@ TEST_F(Images, OfAScanAreFreshOnesAndLeaveNoFileBehind) {
     }
 }
 
-TEST_F(Images, ThatAreNoPicturesAreNoFailure) {
-    for (const char* image : {"", "====", "bm8gcGljdHVyZQ==", "a"}) {
-        SCOPED_TRACE(image);
-        ASSERT_TRUE(LoadPictures(image));
-        EXPECT_EQ(Category().image, nullptr);
-        const auto bytes = DecodeBase64(image);
-        ASSERT_NE(Category().imageFile.Path(), nullptr);
-        EXPECT_EQ(FileContent(Category().imageFile.Path()), std::string(bytes.begin(), bytes.end()));
-        Scan();
-        EXPECT_EQ(window.Nodes()[0].image, nullptr);
-        EXPECT_NE(window.Nodes()[0].imageFile, std::nullopt);
-    }
-}
-
 TEST_F(Images, WhoseFileCannotBeMadeAreNone) {
     const auto expectNone = [this] {
         EXPECT_TRUE(LoadPictures());
@@ -165,17 +151,6 @@ TEST_F(Images, WhoseFileCannotBeMadeAreNone) {
             [](DWORD, LPSTR) { return DWORD{MAX_PATH + 1}; });  // the path's size, and nothing written
         expectNone();
     }
-}
-
-// A console program has no use for GDI+ and does not start it.
-TEST_F(EngineTest, LoadsPicturesWithoutGdiPlus) {
-    ASSERT_TRUE(Load(DefinitionsXml(
-        ElementXml("Category", std::string("Name='Category' Image='") + kPicture + "'",
-                   ElementXml("Application", "Name='A'",
-                              ElementXml("Entity", "Name='E'", ItemXml("File", "%temp%\\none")))))));
-    ASSERT_NE(Category().imageFile.Path(), nullptr);
-    EXPECT_EQ(FileContent(Category().imageFile.Path()), PictureBytes());
-    Scan();
 }
 
 TEST_F(Images, AreLoadedFromAnyPathThatIsAPicture) {

@@ -142,26 +142,6 @@ TEST_F(ItemText, IsCutToTheBufferAndNotGivenForMissingArguments) {
     EXPECT_EQ(kind, 1u);
 }
 
-// The worker holds the lock while it sends. What does not answer now stands still until it is done.
-TEST_F(ItemText, IsGivenWithoutTheLockAsIsTheAnswerToANullHandle) {
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("a")))));
-    bool answered = false;
-    std::future<std::string> call;
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (message.message == WM_ENGINE_SCAN_DONE) {
-            call = std::async(std::launch::async, [this] {
-                engine->SetItemCheck(nullptr, false, true);
-                return ItemString(HandleOf(Category()));
-            });
-            answered = call.wait_for(std::chrono::seconds(20)) == std::future_status::ready;
-        }
-        return LRESULT{0};
-    });
-    Scan();
-    EXPECT_TRUE(answered);
-    EXPECT_EQ(call.get(), "Category");
-}
-
 class ItemCheck : public EngineTest {
   protected:
     void ScanOneFile(const char* attribute) {

@@ -237,18 +237,6 @@ TEST_F(ItemStates, GoWithTheirFileWhenTheyAreForgottenButTheWhitelistStays) {
     EXPECT_EQ(engine->Categories().Head(), nullptr);
 }
 
-TEST_F(ItemStates, AreNotForgottenWhileAWorkerRuns) {
-    LoadTwoCategories();
-    engine->SaveItemStates();
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (message.message == WM_ENGINE_SCAN_DONE) engine->DeleteItemStates();
-        return LRESULT{0};
-    });
-    Scan();
-    EXPECT_TRUE(Exists(preferencesFile));
-    EXPECT_EQ(EnabledFlags(), "111111110");
-}
-
 TEST_F(ItemStates, WithAWhitelistThatAReloadDoubles) {
     WriteStates("\t<whitelist_item>a</whitelist_item>\r\n\t<whitelist_item>b</whitelist_item>\r\n");
     LoadTwoCategories();
@@ -392,19 +380,6 @@ TEST_F(FailingSave, LeavesTheFileOfBeforeWhereverItFails) {
         engine->SaveItemStates();
         EXPECT_EQ(moves.Calls(), 1);
     });
-}
-
-TEST_F(FailingSave, GoesOnAfterAShortWrite) {
-    LoadTwoCategories();
-    engine->SetItemCheck(HandleOf(Category("C")), false, true);
-    auto writes = API_HOOK(WriteFile);
-    writes.ReplaceAt(1, [&](HANDLE file, LPCVOID data, DWORD size, LPDWORD written, LPOVERLAPPED o) {
-        return writes.Real()(file, data, size / 2, written, o);
-    });
-    engine->SaveItemStates();
-    EXPECT_EQ(writes.Calls(), 2);
-    LoadTwoCategories();
-    EXPECT_EQ(EnabledFlags(), "111111010");
 }
 
 class StatesFile : public ItemStates {

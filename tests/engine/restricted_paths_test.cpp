@@ -43,16 +43,6 @@ TEST(ProtectedPaths, AreThirteenFoldersAndTheDrivesInTheirOrder) {
     }
 }
 
-TEST(ProtectedPaths, OfThisMachineAreLowerCaseWithoutABackslashAtTheirEnd) {
-    const auto paths = ProtectedPaths();
-    EXPECT_GE(paths.size(), 10u);
-    for (const std::string& path : paths) {
-        EXPECT_EQ(path, LowerText(path));
-        EXPECT_FALSE(path.ends_with('\\')) << path;
-    }
-    EXPECT_EQ(std::count(paths.begin(), paths.end(), "c:"), 1);
-}
-
 TEST(RestrictedLocation, IsAProtectedPathOrAllThatIsInIt) {
     struct {
         const char* location;
@@ -138,17 +128,6 @@ TEST_F(RestrictedItems, AreFilesAndFoldersOnlyAndKeepTheirLocation) {
         (std::vector{true, true, true, true, true, false, false, false, false, false}));
     EXPECT_EQ(Items(Entity())[4]->location, "%velvane_test%\\") << "expanded for the test alone";
     ::SetEnvironmentVariableA("VELVANE_TEST", nullptr);
-}
-
-TEST_F(RestrictedItems, ComeFromTheLoadedListAlsoAfterAReload) {
-    EXPECT_FALSE(engine->IsRestrictedLocation("C:\\Windows"));
-    EXPECT_FALSE(engine->IsRestrictedPath("C:\\Windows"));
-    for (int load = 0; load < 2; ++load) {
-        EXPECT_EQ(Restricted(ItemXml("Folder", "%windir%")), std::vector{true});
-        EXPECT_TRUE(engine->IsRestrictedPath("C:\\windows\\"));
-        EXPECT_FALSE(engine->IsRestrictedPath("C:\\windows\\x"));
-        EXPECT_TRUE(engine->IsInWindowsFolder((FolderPath(CSIDL_WINDOWS).value() + "\\x").c_str()));
-    }
 }
 
 TEST(RestrictedUserPath, IsAProtectedFolderItselfOrADriveWithTwoBackslashes) {

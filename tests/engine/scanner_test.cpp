@@ -316,49 +316,6 @@ TEST_F(Scanner, AsksTheWhitelistForItsEntitiesAlone) {
 
 // --- the kinds of items ---
 
-TEST_F(Scanner, SearchesByTheTypeOfTheItem) {
-    const TestKey key;
-    key.SetText("text", "a value");
-    key.SetRaw("list", REG_MULTI_SZ, std::string_view("a\0b\0\0", 5));
-    key.SetNumber("number", 7);
-    key.SetText("in", "x", "sub");
-    const std::string root = "HKCU\\" + key.Path();
-    folder.MakeFile("tree\\a.tmp");
-    folder.MakeFile("tree\\deep\\b.tmp");
-    folder.MakeFile("tree\\deep\\c.txt");
-    const std::string ini = folder.MakeFile("x.ini", "[S]\r\nK=text\r\n");
-    ScanItems(ItemXml("RegValue", root, "Delete", "text") + ItemXml("RegValue", root, "All", "list") +
-              ItemXml("RegValue", root, "Delete", "number") + ItemXml("RegKey", root + "\\sub", "All") +
-              ItemXml("RegKey", root, "Delete") + FileItem("tree\\*.tmp") +
-              ItemXml("Folder", folder.At("tree\\*.tmp")) + ItemXml("Folder", folder.At("tree\\deep\\")) +
-              ItemXml("IniValue", ini, "Delete", "[s]k") + ItemXml("Folder", folder.At("tree")) +
-              ItemXml("RegKey", "HKXX\\Software"));
-    const std::string long_ = "HKEY_CURRENT_USER\\" + key.Path();
-    Lines strings;
-    for (const tagCLEAN_RESULT* result : Results(Entity())) strings.push_back(ItemString(HandleOf(*result)));
-    const Lines expected = {long_ + "\\text = \"a value\"",
-                            long_ + "\\list = \"a, b\"",
-                            long_ + "\\number = 7",
-                            long_ + "\\sub\\in = \"x\"",
-                            long_ + "\\sub\\\\in = \"x\"",  // kept: with the backslash of the path
-                            long_ + "\\sub",
-                            long_ + "\\list = \"a, b\"",
-                            long_ + "\\number = 7",
-                            long_ + "\\text = \"a value\"",
-                            folder.At("tree\\a.tmp"),
-                            folder.At("tree\\a.tmp"),
-                            folder.At("tree\\deep\\b.tmp"),
-                            folder.At("tree\\deep\\b.tmp"),
-                            folder.At("tree\\deep\\c.txt"),
-                            "k = 'text'"};
-    Lines sorted = expected;
-    std::sort(sorted.begin(), sorted.end());
-    std::sort(strings.begin(), strings.end());
-    EXPECT_EQ(strings, sorted);
-    EXPECT_EQ(Entity().foundCount, expected.size() - 1) << "all but the ini value";
-    EXPECT_EQ(window.Messages(WM_ENGINE_SCAN_PROGRESS).back().lParam, 100);
-}
-
 TEST_F(Scanner, TheBinIsSearchedThroughTheShellAndNotAskedOfTheWhitelist) {
     const std::string storage = folder.MakeFolder("storage") + "\\";
     const std::string file = folder.MakeFile("storage\\De1.txt");

@@ -85,18 +85,6 @@ TEST_F(ShredRun, AStopEndsTheRunAndEmptiesTheList) {
     EXPECT_FALSE(Exists(folder.At("d.txt"))) << "a stop of before has no effect";
 }
 
-// A stop before the first file: it is told as not done, and neither counter moves.
-TEST_F(ShredRun, AStopAtTheStartTouchesNoFile) {
-    Queue({"a.txt", "b.txt"});
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (message.message == WM_ENGINE_SHRED_STARTED) engine->CancelAction();
-        return LRESULT{0};
-    });
-    EXPECT_EQ(ShredLog(), Lines({"shred started", "shredded nothing 50%", "shred done"}));
-    ExpectCounters(0, 0);
-    EXPECT_EQ(FileContent(folder.At("a.txt")), "secret");
-}
-
 TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
     Queue({"a.txt", "b.txt"});
     engine->SetScanOnly(true);

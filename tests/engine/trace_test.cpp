@@ -67,72 +67,6 @@ Cleaning definitions have been loaded.
 )");
 }
 
-TEST_F(Trace, TellsWhatALoadDrops) {
-    const std::string variables =
-        "<LocationVariable Name='a' Type='REG' Location='HKCU\\x' />"
-        "<LocationVariable Name='b' Type='REG' Location='nowhere' ValueName='v' />"
-        "<LocationVariable Name='c' Type='sys' Location='l' ValueName='v' />";
-    const std::string items = ElementXml("item", "Type='File' Action='Delete'", "") +
-                              ItemXml("Folder", "Q:\\x\\") + ItemXml("RegKey", "nowhere") +
-                              ItemXml("RegValue", "HKCU\\k") + ItemXml("IniValue", "x.ini") +
-                              ItemXml("RegKey", "HKCU\\k", "Erase");
-    const std::string entities = ElementXml("Entity", "", "") + ElementXml("Entity", "Name='E'", "");
-    const std::string applications =
-        ElementXml("Application", "", "") + ElementXml("Application", "Name='A'", entities);
-    const std::string loaded = ElementXml("Application", "Name='B'", ElementXml("Entity", "Name='F'", items));
-    const std::string categories = ElementXml("Category", "", "") +
-                                   ElementXml("Category", "Name='C'", applications) +
-                                   ElementXml("Category", "Name='D'", loaded);
-    EXPECT_EQ(LoadText(DefinitionsXml(ElementXml("LocationVariables", "", variables) + categories)), R"(
-Error: location variable format invalid.  Name: 'a' Type: 'REG' Location: 'HKCU\x' ValueName: '(null)'.
-Error: registry section invalid while creating location variable.  Valid section names are: HKCR, HKCU and HKLM.  Name: 'b' Type: 'REG' Location: 'nowhere' ValueName: 'v'.
-Info: location variable value not loaded.  Name: 'b' Type: 'REG' Location: 'nowhere' ValueName: 'v'.
-Error: Unknown location variable type.  Name: 'c' Type: 'sys' Location: 'l' ValueName: 'v'.
-Info: location variable value not loaded.  Name: 'c' Type: 'sys' Location: 'l' ValueName: 'v'.
-Error: Cleaning category with no name found!
-Error: Cleaning application with no name found!
-Error: Cleaning entity with no name found for application 'A'.
-Warning: entity 'E' not loaded because it has no item entries.
-Warning application 'A' not loaded because it has no entity entries.
-Warning category 'C' not loaded because it has no application entries.
-Error: cleaning item not loaded due to missing xml tags.  Type='File' Location='(null)' Action='Delete'.
-Cleaning item not loaded because the path is not a fixed drive.  Type='Folder' Location='Q:\x\' Action='Delete'.
-Error: path for cleaning item of type RegValue or RegKey needs to start with HKCR, HKCU, or HKLM.  Type='RegKey' Location='nowhere' Action='Delete'.
-Error: cleaning item not loaded due to invalid type or action.  Type='RegKey' Location='nowhere' Action='Delete'.
-Error: cleaning item of type RegValue is missing ValueName.  Type='RegValue' Location='HKCU\k' Action='Delete'.
-Error: cleaning item not loaded due to invalid type or action.  Type='RegValue' Location='HKCU\k' Action='Delete'.
-Error: cleaning item of type IniValue is missing ValueName.  Type='IniValue' Location='x.ini' Action='Delete'.
-Error: cleaning item not loaded due to invalid type or action.  Type='IniValue' Location='x.ini' Action='Delete'.
-Error: cleaning item not loaded due to invalid type or action.  Type='RegKey' Location='HKCU\k' Action='Erase'.
-Loaded entity 'F'.
-Loaded application 'B'.  Installed='yes'
-Loaded category 'D'.
-Cleaning definitions have been loaded.
-)");
-}
-
-TEST_F(Trace, TellsOfTheFilesOfDefinitionsAndStates) {
-    const std::string xml = OneEntityXml(ItemXml("Other", "y"));
-    ASSERT_TRUE(Load(xml));
-    TakeText();
-    ::DeleteFileA(definitionsFile.c_str());
-    EXPECT_FALSE(Load());
-    EXPECT_EQ(TakeText(), R"(
-Freeing cleaning definition objects.
-Saving scanning item enabled states.
-Error: could not load cleaning config due to error while opening file
-)");
-    ASSERT_TRUE(Load(xml));
-    TakeText();
-    engine->DeleteItemStates();
-    engine->SetItemCheck(reinterpret_cast<HSCANITEM>(0xABC), true, true);
-    EXPECT_EQ(TakeText(), R"(
-User cleaning preference file deleted.
-Freeing cleaning definition objects.
-Error: CCleaningEngine::SetItemCheck() was passed an invalid HSCANITEM abc.
-)");
-}
-
 TEST_F(Trace, TellsAScanAndTheKeysThatItOpens) {
     const std::string locked = key.MakeKey("locked");
     key.MakeKey("locked\\sub");
@@ -191,40 +125,6 @@ There are no items to clean.
 )");
 }
 
-TEST_F(Trace, TellsWhatCouldNotBeCleaned) {
-    FindEachKind();
-    auto values = API_HOOK(RegDeleteValueA);
-    values.FailAlways(0, LSTATUS{ERROR_GEN_FAILURE});
-    key.MakeKey("keys\\sub\\late");
-    folder.MakeFile("root\\sub\\late");
-    ::SetFileAttributesA(folder.At("a.ini").c_str(), FILE_ATTRIBUTE_READONLY);
-    auto renames = API_HOOK(MoveFileA);
-    renames.FailAlways(ERROR_ACCESS_DENIED);
-    auto delays = API_HOOK(MoveFileExA);
-    delays.FailAlways(ERROR_ACCESS_DENIED);
-    EXPECT_EQ(CleanText(), R"(
-Starting cleaning.
-There are 5 items to clean.
-Starting to clean reg value 'HKEY_CURRENT_USER\<key> -> value'.
-Error: could not clean reg value 'HKEY_CURRENT_USER\<key> -> value'.
-Starting to clean reg key 'HKEY_CURRENT_USER\<key>\keys\sub'.
-Error: could not clean reg key 'HKEY_CURRENT_USER\<key>\keys\sub'.
-Starting to clean file '<folder>a.b.txt'.
-File attributes are '<plain>'.
-Deleting '<folder>a.b.txt'.
-Renaming '<folder>a.b.txt' to '<folder><renamed>'.
-PendingFileRenameOperations registry value is 0 bytes.
-File will be deleted on reboot: '<folder>a.b.txt'.
-Finish MoveFileEx call.
-Error: could not clean file '<folder>a.b.txt'.
-Starting to clean folder '<folder>root\sub\'.
-Error: could not clean folder '<folder>root\sub\'.
-Starting to clean ini value '<folder>a.ini' [part]key.
-Error: could not clean ini value '<folder>a.ini' [part]key.
-Finished cleaning.
-)");
-}
-
 TEST_F(Trace, TellsAShred) {
     EXPECT_EQ(ShredText({}, 1), "\nStarting shredding files.\nNo files to shred.\n");
     const std::string file = folder.MakeFile("a.b.txt");
@@ -268,70 +168,6 @@ Finished shredding files.
 )");
 }
 
-TEST_F(Trace, TellsWhatWaitsForTheRestart) {
-    const std::string file = folder.MakeFile("elsewhere\\a.txt");
-    const auto lock = OwnHandle<UniqueHandle>(
-        ::CreateFileA(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    auto delays = API_HOOK(MoveFileExA);
-    delays.Replace([](auto...) { return TRUE; });
-    DWORD listSize = 15863;
-    auto queries = API_HOOK(RegQueryValueExA);
-    queries.Replace(
-        [&](HKEY opened, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE bytes, LPDWORD size) {
-            if (std::string_view(name) != "PendingFileRenameOperations") {
-                return queries.Real()(opened, name, reserved, type, bytes, size);
-            }
-            *size = listSize;
-            return LSTATUS{ERROR_SUCCESS};
-        });
-    WorkerLetters letters(0);
-    std::string tail = "_";
-    for (int i = 0; i < 5; ++i) tail += letters.Letter();
-    NameInText(tail, "<tail>");
-    const std::string first = ShredText({file}, 1);
-    listSize = 15864;
-    EXPECT_EQ(first + ShredText({file}, 1), R"(
-Starting shredding files.
-Shredding '<folder>elsewhere\a.txt'.
-File attributes are '<plain>'.
-Opening file to shred '<folder>elsewhere\a.txt'.
-PendingFileRenameOperations registry value is 15863 bytes.
-File will be moved on reboot from '<folder>elsewhere\a.txt' to '<data>\Quillmere\Velvane\DeleteOnReboot\a.txt<tail>'.
-Finish MoveFileEx call.
-Finished shredding files.
-
-Starting shredding files.
-Shredding '<folder>elsewhere\a.txt'.
-File attributes are '<plain>'.
-Opening file to shred '<folder>elsewhere\a.txt'.
-PendingFileRenameOperations registry value is 15864 bytes.
-Cannot delete file on reboot because PendingFileRenameOperations registry value is full. '<folder>elsewhere\a.txt'.
-Finished shredding files.
-)");
-}
-
-TEST_F(Trace, TellsTheCompletion) {
-    const std::string file = folder.MakeFile("data\\Quillmere\\Velvane\\DeleteOnReboot\\a.txt");
-    NameInText("<data>\\Quillmere\\Velvane\\DeleteOnReboot", "<waiting>");
-    const WriteRecorder recorder;
-    const std::string renamed = WorkerLetters(WriteRecorder::kCluster).Renamed(file);
-    NameInText(renamed.substr(renamed.rfind('\\') + 1), "<renamed>");
-    EXPECT_FALSE(Load());
-    EXPECT_EQ(TakeText(), R"(
-Found 1 items to clean on reboot.
-Starting to clean file '<waiting>\a.txt'.
-File attributes are '<plain>'.
-Opening file to shred '<waiting>\a.txt'.
-Deleting '<waiting>\a.txt'.
-Renaming '<waiting>\a.txt' to '<waiting>\<renamed>'.
-File has been renamed from '<waiting>\a.txt' to '<waiting>\<renamed>'.
-File has been successfully deleted.
-Cleaned file '<waiting>\a.txt'.
-1 items found and 1 items cleaned on reboot.
-Error: could not load cleaning config due to error while opening file
-)");
-}
-
 // Each loop that ends before its next element tells it.
 class TraceStop : public Trace {
   protected:
@@ -357,25 +193,6 @@ class TraceStop : public Trace {
         });
     }
 };
-
-TEST_F(TraceStop, OfALoad) {
-    const std::string entities =
-        ElementXml("Entity", "Name='E'", ItemXml("File", "C:\\x") + ItemXml("File", "C:\\y")) + "<Entity />";
-    const std::string applications = ElementXml("Application", "Name='A'", entities) + "<Application />";
-    auto drives = API_HOOK(GetDriveTypeA);
-    drives.Before(1, [&] { engine->CancelAction(); });
-    EXPECT_EQ(LoadText(DefinitionsXml(ElementXml("Category", "Name='C'", applications) + "<Category />")), R"(
-Loaded item Type='File' Location='C:\x' Action='Delete'.
-<stop>
-Loaded entity 'E'.
-<stop>
-Loaded application 'A'.  Installed='yes'
-<stop>
-Loaded category 'C'.
-<stop>
-Cleaning definitions have been loaded.
-)");
-}
 
 // The entries, the items, the entities, the applications and the categories.
 TEST_F(TraceStop, OfAScanAndAClean) {
@@ -403,17 +220,6 @@ Cleaned file '<folder>many\a.txt'.
 <stop>
 <stop>
 Finished cleaning.
-)");
-}
-
-TEST_F(TraceStop, OfAShred) {
-    StopAt(WM_ENGINE_SHRED_PROGRESS);
-    EXPECT_EQ(ShredText({folder.At("missing"), folder.At("other")}, 1), R"(
-Starting shredding files.
-Shredding '<folder>missing'.
-File was already deleted before shredding: '<folder>missing'.
-<stop>
-Finished shredding files.
 )");
 }
 

@@ -105,23 +105,6 @@ TEST(Security, IsWrittenToTheKeysBelowOnlyWhenAsked) {
     EXPECT_FALSE(RegSetSecurity(kUser, key.At("missing").c_str(), &descriptor, true));
 }
 
-TEST(Security, IsReadInTwoSteps) {
-    const TestKey key;
-    SecurityBytes security = {1, 2, 3};
-    EXPECT_FALSE(RegGetSecurity(kUser, key.At("missing").c_str(), security));
-    EXPECT_TRUE(security.empty());
-    EXPECT_TRUE(RegGetSecurity(kUser, key.c_str(), security));
-    EXPECT_EQ(security, DaclBytes(kUser, key.Path()));
-
-    auto getSecurity = API_HOOK(RegGetKeySecurity);
-    getSecurity.FailAt(2, 0, LSTATUS{ERROR_ACCESS_DENIED});
-    EXPECT_FALSE(RegGetSecurity(kUser, key.c_str(), security));
-    EXPECT_TRUE(security.empty());
-    getSecurity.FailAt(3, 0, LSTATUS{ERROR_SUCCESS});
-    EXPECT_TRUE(RegGetSecurity(kUser, key.c_str(), security)) << "a key with nothing to tell";
-    EXPECT_TRUE(security.empty());
-}
-
 TEST(UserSid, IsTheTokensAndEmptyWithoutOne) {
     auto close = API_HOOK(CloseHandle);
     EXPECT_TRUE(GetCurrentUserSidString().starts_with("S-1-5-21-"));

@@ -14,18 +14,6 @@
 
 namespace {
 
-TEST(ApiHook, CountsAndLetsThroughWithTheLastErrorIntact) {
-    const TestFolder folder;
-    const std::string file = folder.MakeFile("a.txt");
-    auto hook = API_HOOK(GetFileAttributesA);
-    EXPECT_NE(::GetFileAttributesA(file.c_str()), INVALID_FILE_ATTRIBUTES);
-    ::SetLastError(77);
-    EXPECT_EQ(::GetFileAttributesA(folder.At("missing").c_str()), INVALID_FILE_ATTRIBUTES);
-    const DWORD error = ::GetLastError();
-    EXPECT_EQ(error, DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(hook.Calls(), 2);
-}
-
 TEST(ApiHook, FailsTheCallItIsToldAndNoOther) {
     const TestFolder folder;
     const std::string first = folder.MakeFile("1");
@@ -41,18 +29,6 @@ TEST(ApiHook, FailsTheCallItIsToldAndNoOther) {
     }
     EXPECT_EQ(NamesIn(folder.Path()), std::vector<std::string>{"1"});
     EXPECT_TRUE(::DeleteFileA(first.c_str())) << "the hook is gone";
-}
-
-TEST(ApiHook, AnswersAndScriptsReachTheRealFunctionUncounted) {
-    const TestFolder folder;
-    const std::string file = folder.MakeFile("a.txt");
-    auto hook = API_HOOK(GetFileAttributesA);
-    hook.Replace([&](LPCSTR path) { return ::GetFileAttributesA(path) | FILE_ATTRIBUTE_COMPRESSED; });
-    hook.Before(2, [&] { ::SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY); });
-    constexpr DWORD both = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_COMPRESSED;
-    EXPECT_EQ(::GetFileAttributesA(file.c_str()) & both, DWORD{FILE_ATTRIBUTE_COMPRESSED});
-    EXPECT_EQ(::GetFileAttributesA(file.c_str()) & both, both);
-    EXPECT_EQ(hook.Calls(), 2);
 }
 
 TEST(ApiHook, NestsAndHooksSeveralFunctionsOfOneType) {
@@ -75,18 +51,6 @@ TEST(ApiHook, NestsAndHooksSeveralFunctionsOfOneType) {
     EXPECT_EQ(lastErrorOf([] { ::RemoveDirectoryA("C:\\missing"); }), 3u);
     EXPECT_EQ(outer.Calls(), 2);
     EXPECT_EQ(other.Calls(), 1);
-}
-
-TEST(ApiHook, SeesAWorkerAndAFunctionWithoutResult) {
-    auto hook = API_HOOK(Sleep);
-    std::atomic<int> slept{0};
-    hook.Replace([&](DWORD milliseconds) { slept += milliseconds == 60000 ? 1 : 0; });
-    std::thread worker([] {
-        for (int i = 0; i < 100; ++i) ::Sleep(60000);
-    });
-    worker.join();
-    EXPECT_EQ(slept, 100);
-    EXPECT_GE(hook.Calls(), 100) << "the thread library sleeps, too";
 }
 
 TEST(ApiHook, ThrowsForWhatTheProgramDoesNotImport) {
@@ -146,23 +110,6 @@ TEST(RecordingWindow, LogsAWorkersMessagesInOrderAndCopiesWhatTheyShow) {
     EXPECT_TRUE(window.Messages()[2].sentByWorker);
     EXPECT_FALSE(window.Messages()[3].sentByWorker) << "it was posted";
     EXPECT_EQ(window.Count(WM_ENGINE_NODE), 2u);
-}
-
-TEST(RecordingWindow, AnswersAndActsWithinAMessageAndFindsEachMessageOnce) {
-    RecordingWindow window;
-    bool cancel = false;
-    window.OnMessage([&](const RecordedMessage& message) -> LRESULT {
-        cancel = message.message == WM_ENGINE_SCAN_PROGRESS && message.lParam == 30;
-        return 42;
-    });
-    LRESULT answer = 0;
-    for (LPARAM percent = 10; !cancel; percent += 10) {
-        answer = ::SendMessageA(window.Handle(), WM_ENGINE_SCAN_PROGRESS, 0, percent);
-    }
-    EXPECT_EQ(answer, 42);
-    EXPECT_EQ(window.Messages().size(), 3u);
-    for (int i = 0; i < 3; ++i) EXPECT_TRUE(window.PumpUntil(WM_ENGINE_SCAN_PROGRESS));
-    EXPECT_FALSE(window.PumpUntil(WM_ENGINE_SCAN_PROGRESS, std::chrono::milliseconds(1)));
 }
 
 TEST(Sandbox, RefusesNamesThatLeadOutOfIt) {
