@@ -132,7 +132,7 @@ void CCleaningEngine::CreateRestrictedPaths() {
     for (std::string& path : ProtectedPaths()) m_restrictedPaths.push_back(std::move(path));
 }
 
-bool CCleaningEngine::IsRestrictedLocation(const std::string& location) const {
+bool CCleaningEngine::IsRestrictedLocation(std::string_view location) const {
     return ::IsRestrictedLocation(location, m_restrictedPaths);
 }
 
