@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 
+#include "base/find_byte.h"
 #include "base/memory_archive.h"
 
 namespace {
@@ -77,8 +78,6 @@ std::string DbFileText(std::vector<std::uint8_t> file) {
         }
     }
     if (text.empty()) text.assign(file.begin(), file.end());
-    // A text has no zero as a rule. Counting them takes many bytes at a time, looking for the first one by
-    // one.
-    if (std::ranges::count(text, '\0') > 0) text.resize(text.find('\0'));
+    text.resize(FindByte(text, '\0', 0));
     return text;
 }

@@ -89,6 +89,11 @@ std::size_t DelimitingTextStateMachine::FindNotable(std::string_view text, std::
 }
 
 void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
+    const std::string_view replaced = Replaced(text);
+    if (replaced.data() != text.data()) text = replaced;
+}
+
+std::string_view DelimitingTextStateMachine::Replaced(std::string_view text) {
     workBuffer.clear();
     cursor = kNone;
     bool replaced = false;
@@ -96,7 +101,7 @@ void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (cursor == kNone) {
             const std::size_t notable = FindNotable(text, i);
-            workBuffer.append(text, i, notable - i);
+            workBuffer.append(text.substr(i, notable - i));
             token = workBuffer.size();
             i = notable;
             if (i == text.size()) break;
@@ -105,7 +110,7 @@ void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
         if (OpensDoubleByte(c)) {
             // kept: the match goes on behind a double-byte character, and then replaces only what stands
             // between that character and the closing delimiter.
-            workBuffer.append(text, i, 2);
+            workBuffer.append(text.substr(i, 2));
             ++i;
             token = workBuffer.size();
             continue;
@@ -124,5 +129,5 @@ void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
         workBuffer.push_back(c);
     }
     cursor = kNone;
-    if (replaced) text = workBuffer;
+    return replaced ? workBuffer : text;
 }

@@ -35,6 +35,10 @@ class DelimitingTextStateMachine {
     // does a variable whose value would make the text grow by more than kMaxGrowth.
     void ReplaceDelimitedText(std::string& text);
 
+    // The same without touching `text`: gives `text` itself where nothing is replaced, else a text of the
+    // machine's own that the next call overwrites.
+    std::string_view Replaced(std::string_view text);
+
     // Number of AddDelimitedText calls that stored a value, repeated keys included.
     std::uint32_t VariableCount() const;
 

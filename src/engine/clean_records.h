@@ -8,15 +8,15 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "engine/engine_messages.h"
 #include "engine/image_file.h"
 
 // The records of the scan hierarchy: categories, applications, entities and items as the definitions tell
-// them, and under an item the results of a scan. Each record owns its children. Who reads or changes the
-// hierarchy while a worker may run holds the engine's lock.
+// them, and under an item the results of a scan. Each record owns its children; all but the results are in
+// memory of a DefinitionMemory. Who reads or changes the hierarchy while a worker may run holds the engine's
+// lock.
 
 enum class ItemType : std::uint32_t {
     RegValue = 1,
@@ -43,12 +43,20 @@ enum class ResultType : std::uint32_t {
     NativeRegKey = 7,
 };
 
+// The owner of a record that is in memory of a DefinitionMemory.
+struct RecordDestroyer {
+    template <class Record>
+    void operator()(Record* record) const {
+        std::destroy_at(record);
+    }
+};
+template <class Record>
+using UniqueRecord = std::unique_ptr<Record, RecordDestroyer>;
+
 // A singly linked list that owns its records and knows its tail. Freed in a loop, however long it is.
-template <class Record, class Deleter = std::default_delete<Record>>
+template <class Record>
 class RecordList {
   public:
-    using Owner = std::unique_ptr<Record, Deleter>;
-
     class Iterator {
       public:
         using iterator_category = std::forward_iterator_tag;
@@ -74,7 +82,7 @@ class RecordList {
     RecordList(const RecordList&) = delete;
     RecordList& operator=(const RecordList&) = delete;
 
-    void Append(Owner record) {
+    void Append(UniqueRecord<Record> record) {
         Record*& end = m_tail ? m_tail->next : m_head;
         m_tail = end = record.release();
     }
@@ -82,7 +90,7 @@ class RecordList {
     void Clear() {
         while (Record* first = m_head) {
             m_head = first->next;
-            Deleter()(first);
+            RecordDestroyer()(first);
         }
         m_tail = nullptr;
     }
@@ -94,6 +102,24 @@ class RecordList {
   private:
     Record* m_head = nullptr;
     Record* m_tail = nullptr;
+};
+
+// A text in a DefinitionMemory, or nothing, in the room of a pointer: most records are little else but texts.
+class KeptText {
+  public:
+    KeptText() = default;
+    KeptText(const char* text) : m_text(text) {}
+
+    // Null for nothing.
+    const char* OrNull() const { return m_text; }
+    const char* OrEmpty() const { return m_text ? m_text : ""; }
+
+    friend bool operator==(KeptText kept, const std::optional<std::string>& text) {
+        return kept.m_text ? text == kept.m_text : !text;
+    }
+
+  private:
+    const char* m_text = nullptr;
 };
 
 struct tagCLEAN_ITEM;
@@ -110,33 +136,27 @@ struct tagCLEAN_RESULT {
     std::optional<std::string> name;
 };
 
-// One place where an entity leaves traces. It and its texts, which end in a zero, are in memory of the
-// engine's DefinitionMemory.
+// One place where an entity leaves traces. Its texts are in the memory where it is itself.
 struct tagCLEAN_ITEM {
-    std::optional<std::string_view> location;   // key path behind the hive, or the path; nothing if unknown
-    std::optional<std::string_view> valueName;  // value name, or [Section]Key
-    HKEY hive = nullptr;                        // for registry types
+    KeptText location;    // key path behind the hive, or the path; nothing for an unknown type
+    KeptText valueName;   // value name, or [Section]Key
+    HKEY hive = nullptr;  // for registry types
     ItemType type = ItemType::Unknown;
     ItemAction action = ItemAction::Invalid;
     std::vector<tagCLEAN_RESULT*> results;  // of the latest scan, in order of finding; owned by a ResultStore
-    bool restricted = false;                // a folder of the system: the scan passes it over
     const tagCLEAN_ENTITY* entity = nullptr;
     tagCLEAN_ITEM* next = nullptr;
+    bool restricted = false;  // a folder of the system: the scan passes it over
 };
-
-struct ItemDeleter {
-    void operator()(tagCLEAN_ITEM* item) const { std::destroy_at(item); }
-};
-using UniqueItem = std::unique_ptr<tagCLEAN_ITEM, ItemDeleter>;
 
 struct tagCLEAN_ENTITY {
     std::string name;
-    std::optional<std::string_view> help;  // like the texts of an item
-    bool enabled = true;                   // takes part in a scan; persisted
-    bool selected = true;                  // takes part in a clean; set at each scan, never persisted
-    bool whitelistable = false;            // unticking a result of this entity puts its name on the whitelist
+    KeptText help;
+    bool enabled = true;         // takes part in a scan; persisted
+    bool selected = true;        // takes part in a clean; set at each scan, never persisted
+    bool whitelistable = false;  // unticking a result of this entity puts its name on the whitelist
     std::uint32_t foundCount = 0;
-    RecordList<tagCLEAN_ITEM, ItemDeleter> items;
+    RecordList<tagCLEAN_ITEM> items;
     tagCLEAN_ENTITY* next = nullptr;
 };
 

@@ -93,7 +93,7 @@ bool CleanFolder(const tagCLEAN_RESULT& result, bool scanOnly) {
 // kept: the key stays in the file with an empty value, which the next scan does not see.
 bool CleanIniValue(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result, bool scanOnly) {
     const char* file = result.path->c_str();
-    const std::string valueName(item.valueName.value_or(""));
+    const std::string valueName = item.valueName.OrEmpty();
     if (scanOnly) {
         ENGINE_TRACE("Cleaning ini value '%s' %s.", file, valueName.c_str());
         return true;

@@ -136,8 +136,8 @@ void CCleaningEngine::ListDefinitions() {
                       application.image.get(), application.enabled, 0, HandleOf(application)},
                      false);
             for (const tagCLEAN_ENTITY& entity : application.entities) {
-                SendNode({3, nullptr, entity.name.c_str(), entity.help ? entity.help->data() : nullptr,
-                          nullptr, nullptr, entity.enabled, 0, HandleOf(entity)},
+                SendNode({3, nullptr, entity.name.c_str(), entity.help.OrNull(), nullptr, nullptr,
+                          entity.enabled, 0, HandleOf(entity)},
                          false);
             }
         }

@@ -106,7 +106,7 @@ class CCleaningEngine {
 
     // `text` with its location variables replaced. Not while a load runs.
     std::string ExpandLocation(std::string text);
-    bool IsRestrictedLocation(const std::string& location) const;
+    bool IsRestrictedLocation(std::string_view location) const;
     bool IsRestrictedPath(const char* path) const;
     bool IsInWindowsFolder(const char* path) const;
 
@@ -178,7 +178,8 @@ class CCleaningEngine {
     void CreateRestrictedPaths();
     void LoadLocationVariables(const pugi::xml_node& root);
     void LoadLocationVariable(const pugi::xml_node& node);
-    void ExpandForLoad(std::string& text);
+    std::string_view ExpandedForLoad(std::string_view text);
+    void ExpandForLoad(std::string& text) { text = std::string(ExpandedForLoad(text)); }
     bool LocationExists(std::string location);
 
     // definitions.cpp, definition_items.cpp
@@ -232,7 +233,7 @@ class CCleaningEngine {
     bool m_scanOnly = false;              // nothing in the object's life clears it by itself
     std::atomic<int> m_passCount{1};
 
-    DefinitionMemory m_definitionMemory;  // what the items of m_categories live in
+    DefinitionMemory m_definitionMemory;  // what m_categories is made of
     RecordList<tagCLEAN_CATEGORY> m_categories;
     ResultStore m_results;
     std::vector<UniqueImage> m_scanImages;  // handed to the tree by the latest scan
@@ -240,7 +241,6 @@ class CCleaningEngine {
     std::optional<std::string> m_definitionsDate;
     std::uint32_t m_loadedNodeCount = 0;
     std::map<std::string, UINT> m_driveTypes;  // by root, as the present load found them
-    std::string m_locationText;                // of the item that is being loaded; kept from item to item
     std::size_t m_growthLeft = 0;              // by how much variables may still let texts grow in this load
     std::optional<std::string> m_definitionsFile;
     std::optional<std::string> m_preferencesFile;

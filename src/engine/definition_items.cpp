@@ -4,6 +4,7 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "engine/cleaning_engine.h"
 #include "engine/definition_parser.h"
@@ -35,10 +36,11 @@ ItemAction ItemActionOf(std::string_view text) {
     return ItemAction::Invalid;
 }
 
-void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, const std::string& location) {
+void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string_view location,
+                      DefinitionMemory& memory) {
     if (const auto parsed = ParseRegistryLocation(location)) {
         item.hive = parsed->hive;
-        item.location = parsed->path;
+        item.location = memory.Keep(parsed->path);
     } else {
         item.action = ItemAction::Invalid;
         ENGINE_TRACE(
@@ -49,7 +51,7 @@ void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, const std
     }
     if (item.type != ItemType::RegValue) return;
     if (element.valueName && *element.valueName) {
-        item.valueName = element.valueName;
+        item.valueName = memory.Keep(element.valueName);
     } else {
         item.action = ItemAction::Invalid;
         ENGINE_TRACE(
@@ -59,10 +61,11 @@ void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, const std
     }
 }
 
-void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, const std::string& location) {
+void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string_view location,
+                 DefinitionMemory& memory) {
     if (element.valueName && element.valueName[0] == '[') {
-        item.location = location;
-        item.valueName = element.valueName;
+        item.location = memory.Keep(location);
+        item.valueName = memory.Keep(element.valueName);
     } else {
         item.action = ItemAction::Invalid;
         ENGINE_TRACE(
@@ -115,16 +118,14 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     item.type = type;
     item.action = ItemActionOf(element.action);
     item.entity = &entity;
-    m_locationText = element.location;
-    ExpandForLoad(m_locationText);
-    const std::string& location = m_locationText;
+    const std::string_view location = ExpandedForLoad(element.location);
     if (type == ItemType::RegValue || type == ItemType::RegKey) {
-        FillRegistryItem(item, element, location);
+        FillRegistryItem(item, element, location, m_definitionMemory);
     } else if (isPath) {
         item.restricted = IsRestrictedLocation(location);
-        item.location = location;
+        item.location = m_definitionMemory.Keep(location);
     } else if (type == ItemType::IniValue) {
-        FillIniItem(item, element, location);
+        FillIniItem(item, element, location, m_definitionMemory);
     }
     if (item.action == ItemAction::Invalid) {
         ENGINE_TRACE(
@@ -132,7 +133,7 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
             "Action='%s'.",
             element.type, element.location, element.action);
     } else {
-        entity.items.Append(m_definitionMemory.Keep(item));
+        entity.items.Append(m_definitionMemory.New<tagCLEAN_ITEM>(std::move(item)));
         ENGINE_TRACE("Loaded item Type='%s' Location='%s' Action='%s'.", element.type, element.location,
                      element.action);
     }

@@ -107,16 +107,14 @@ bool CCleaningEngine::ReplaceDefinitions() {
 
 void CCleaningEngine::FreeDefinitions(bool save) {
     const std::lock_guard lock(m_lock);
-    if (!m_categories.Head()) {
-        m_definitionMemory.Release();  // of a load that came to nothing
-        return;
+    if (m_categories.Head()) {
+        ENGINE_TRACE("Freeing cleaning definition objects.");
+        if (save) SaveItemStates();
+        m_results.Clear();
+        m_categories.Clear();
+        m_loadedNodeCount = 0;
     }
-    ENGINE_TRACE("Freeing cleaning definition objects.");
-    if (save) SaveItemStates();
-    m_results.Clear();
-    m_categories.Clear();
-    m_definitionMemory.Release();
-    m_loadedNodeCount = 0;
+    m_definitionMemory.Release();  // also what a load has made and dropped
 }
 
 std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount) {
@@ -129,7 +127,7 @@ std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::u
             ENGINE_TRACE("Error: Cleaning category with no name found!");
             continue;
         }
-        auto category = std::make_unique<tagCLEAN_CATEGORY>();
+        auto category = m_definitionMemory.New<tagCLEAN_CATEGORY>();
         category->name = name;
         category->help = TextOrNothing(AttributeOrNull(node, "Help"));
         LoadImageOf(node, *category);
@@ -162,7 +160,7 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
             ENGINE_TRACE("Error: Cleaning application with no name found!");
             continue;
         }
-        auto application = std::make_unique<tagCLEAN_APPLICATION>();
+        auto application = m_definitionMemory.New<tagCLEAN_APPLICATION>();
         application->name = name;
         LoadImageOf(child, *application);
         // An empty text is no location; one that expands to nothing is a location that does not exist.
@@ -193,7 +191,7 @@ std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN
                          application.name.c_str());
             continue;
         }
-        auto entity = std::make_unique<tagCLEAN_ENTITY>();
+        auto entity = m_definitionMemory.New<tagCLEAN_ENTITY>();
         entity->name = name;
         if (const char* help = AttributeOrNull(child, "Help")) entity->help = m_definitionMemory.Keep(help);
         entity->enabled = EnabledByDefault(child);

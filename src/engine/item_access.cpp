@@ -40,7 +40,7 @@ std::string RegistryText(const tagCLEAN_RESULT& result, bool isValue, bool choos
 }
 
 std::optional<std::string> IniText(const tagCLEAN_RESULT& result) {
-    const auto parts = SplitIniValueName(result.item->valueName.value_or(""));
+    const auto parts = SplitIniValueName(result.item->valueName.OrEmpty());
     if (!parts) return std::nullopt;
     char value[MAX_PATH] = "";
     ::GetPrivateProfileStringA(parts->section.c_str(), parts->key.c_str(), "", value, sizeof value,
@@ -74,7 +74,7 @@ struct RecordText {
     std::optional<std::string> operator()(const tagCLEAN_APPLICATION* record) const { return record->name; }
     std::optional<std::string> operator()(const tagCLEAN_ENTITY* record) const { return record->name; }
     std::optional<std::string> operator()(const tagCLEAN_ITEM* record) const {
-        return std::string(record->location.value_or(""));
+        return record->location.OrEmpty();
     }
     std::optional<std::string> operator()(const tagCLEAN_RESULT* record) const { return ResultText(*record); }
 };

@@ -133,7 +133,7 @@ void CCleaningEngine::CreateRestrictedPaths() {
     for (std::string& path : ProtectedPaths()) m_restrictedPaths.push_back(std::move(path));
 }
 
-bool CCleaningEngine::IsRestrictedLocation(const std::string& location) const {
+bool CCleaningEngine::IsRestrictedLocation(std::string_view location) const {
     return ::IsRestrictedLocation(location, m_restrictedPaths);
 }
 
@@ -157,12 +157,13 @@ void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
 
 // A text that would grow further than the load allows stays as it is written, and so do all behind it: what
 // is asked for by then is no location any more.
-void CCleaningEngine::ExpandForLoad(std::string& text) {
-    if (m_growthLeft == 0 || text.find('%') == std::string::npos) return;
-    std::string expanded = ExpandLocation(text);
+// The answer lives until the next one.
+std::string_view CCleaningEngine::ExpandedForLoad(std::string_view text) {
+    if (m_growthLeft == 0 || text.find('%') == std::string_view::npos) return text;
+    const std::string_view expanded = m_variables->Replaced(text);
     const std::size_t growth = expanded.size() > text.size() ? expanded.size() - text.size() : 0;
     m_growthLeft -= std::min(growth, m_growthLeft);
-    if (m_growthLeft != 0) text = std::move(expanded);
+    return m_growthLeft != 0 ? expanded : text;
 }
 
 void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {

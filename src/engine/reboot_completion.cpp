@@ -83,7 +83,7 @@ void CCleaningEngine::CompleteAfterReboot() {
     tagCLEAN_ITEM item;
     item.type = ItemType::Directory;
     item.action = ItemAction::All;
-    item.location = m_rebootFolder;
+    item.location = m_rebootFolder.c_str();
     ItemSink sink(*this, results);
     sink.SetItem(item, false);
     const std::uint32_t found = ScanFolder(m_rebootFolder, nullptr, sink);

@@ -90,9 +90,9 @@ std::vector<std::string> ProtectedPaths() {
     return paths;
 }
 
-bool IsRestrictedLocation(const std::string& location, const std::vector<std::string>& protectedPaths) {
+bool IsRestrictedLocation(std::string_view location, const std::vector<std::string>& protectedPaths) {
     if (!NeedsCloserLook(location, protectedPaths)) return false;
-    const std::string text = WithoutTrailingBackslashes(LowerText(WithEnvironment(location)));
+    const std::string text = WithoutTrailingBackslashes(LowerText(WithEnvironment(std::string(location))));
     return std::ranges::any_of(protectedPaths, [&](const std::string& entry) {
         if (entry.empty() || !text.starts_with(entry)) return false;
         const std::string rest = RestBehind(text, entry);

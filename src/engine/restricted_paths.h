@@ -13,7 +13,7 @@ std::vector<std::string> ProtectedPaths();
 // True for the location of a definition that is a protected path, alone or with a backslash, "\*" or "\*.*"
 // behind it, wherever the protected path's text occurs in it. Environment variables are expanded for the
 // test.
-bool IsRestrictedLocation(const std::string& location, const std::vector<std::string>& protectedPaths);
+bool IsRestrictedLocation(std::string_view location, const std::vector<std::string>& protectedPaths);
 
 // True for a path of the user's that is a protected folder, in any case and with or without a trailing
 // backslash. Null is not.

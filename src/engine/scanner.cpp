@@ -114,8 +114,8 @@ std::uint32_t CCleaningEngine::ScanEntities(const tagCLEAN_APPLICATION& applicat
         entity.foundCount = 0;
         if (!entity.enabled) continue;
         entity.selected = true;
-        SendNode({3, nullptr, entity.name.c_str(), entity.help ? entity.help->data() : nullptr, nullptr,
-                  nullptr, entity.enabled, 0, HandleOf(entity)},
+        SendNode({3, nullptr, entity.name.c_str(), entity.help.OrNull(), nullptr, nullptr, entity.enabled, 0,
+                  HandleOf(entity)},
                  true);
         entity.foundCount = ScanItems(entity);
         found += entity.foundCount;
@@ -130,8 +130,7 @@ std::uint32_t CCleaningEngine::ScanItems(const tagCLEAN_ENTITY& entity) {
     for (tagCLEAN_ITEM& item : entity.items) {
         if (Stopped()) break;
         if (item.restricted) {
-            const std::string line =
-                std::string("Skipping Restricted Path: ").append(item.location.value_or(""));
+            const std::string line = std::string("Skipping Restricted Path: ") + item.location.OrEmpty();
             ::OutputDebugStringA(line.c_str());
         } else {
             sink.SetItem(item, entity.whitelistable);
@@ -144,8 +143,8 @@ std::uint32_t CCleaningEngine::ScanItems(const tagCLEAN_ENTITY& entity) {
 }
 
 std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
-    const std::string location(item.location.value_or(""));
-    const std::string valueName(item.valueName.value_or(""));
+    const std::string location = item.location.OrEmpty();
+    const std::string valueName = item.valueName.OrEmpty();
     switch (item.type) {
         case ItemType::RegValue:
             return ScanRegValue(item.hive, location, valueName, sink);

@@ -4,35 +4,37 @@
 
 #include <map>
 
+#include "engine/definition_memory.h"
+
 namespace {
 
 // A hierarchy with names that hold slashes, and the same name twice.
 class CliSelection : public ::testing::Test {
   protected:
     CliSelection() {
-        auto browsers = std::make_unique<tagCLEAN_CATEGORY>();
+        auto browsers = memory.New<tagCLEAN_CATEGORY>();
         browsers->name = "Browsers";
         AddApplication(*browsers, "Web", {"Cache", "Cookies"});
         AddApplication(*browsers, "Off", {"Cache"}).enabled = false;
         AddApplication(*browsers, "Web", {"Cache"});
         categories.Append(std::move(browsers));
-        auto slashes = std::make_unique<tagCLEAN_CATEGORY>();
+        auto slashes = memory.New<tagCLEAN_CATEGORY>();
         slashes->name = "A/B";
         AddApplication(*slashes, "C", {"D/E"});
         categories.Append(std::move(slashes));
-        auto shorter = std::make_unique<tagCLEAN_CATEGORY>();
+        auto shorter = memory.New<tagCLEAN_CATEGORY>();
         shorter->name = "A";
         AddApplication(*shorter, "B", {"D"});
         AddApplication(*shorter, "B/C", {"D"});
         categories.Append(std::move(shorter));
     }
 
-    static tagCLEAN_APPLICATION& AddApplication(tagCLEAN_CATEGORY& category, const char* name,
-                                                const std::vector<const char*>& entities) {
-        auto application = std::make_unique<tagCLEAN_APPLICATION>();
+    tagCLEAN_APPLICATION& AddApplication(tagCLEAN_CATEGORY& category, const char* name,
+                                         const std::vector<const char*>& entities) {
+        auto application = memory.New<tagCLEAN_APPLICATION>();
         application->name = name;
         for (const char* entityName : entities) {
-            auto entity = std::make_unique<tagCLEAN_ENTITY>();
+            auto entity = memory.New<tagCLEAN_ENTITY>();
             entity->name = entityName;
             entity->enabled = std::string_view(entityName) != "Cookies";
             application->entities.Append(std::move(entity));
@@ -71,6 +73,7 @@ class CliSelection : public ::testing::Test {
         return names;
     }
 
+    DefinitionMemory memory;
     RecordList<tagCLEAN_CATEGORY> categories;
 };
 

@@ -118,8 +118,8 @@ TEST_F(Scanner, SendsEachNodeEachStepAndEachEmptyNodeInOrder) {
                "empty Off", "empty Nothing", "empty In absent", "empty Absent", "empty In unwanted",
                "empty Unwanted", "empty Spotless", "empty Clean", "empty Empty", "empty In idle",
                "empty Idle", "empty Disabled", "done 0"}));
-    EXPECT_EQ(warnings, Lines{"Skipping Restricted Path: " +
-                              std::string(Items(Entity("Traces", "Program", "Files"))[1]->location.value())});
+    const std::string restricted = Items(Entity("Traces", "Program", "Files"))[1]->location.OrEmpty();
+    EXPECT_EQ(warnings, Lines{"Skipping Restricted Path: " + restricted});
 
     const auto nodes = window.Nodes();
     EXPECT_EQ(nodes[0].handle, HandleOf(Category("Traces")));
