@@ -35,11 +35,17 @@ function(velvane_program name)
   add_executable(${name} ${ARGN})
   target_link_libraries(${name} PRIVATE velvane_options)
   if(WIN32)
-    enable_language(RC)
     target_sources(${name} PRIVATE ${CMAKE_SOURCE_DIR}/resources/manifest.rc)
     set_source_files_properties(${CMAKE_SOURCE_DIR}/resources/manifest.rc PROPERTIES
       OBJECT_DEPENDS ${CMAKE_SOURCE_DIR}/resources/velvane.manifest)
   endif()
+endfunction()
+
+# Sets `variable` to a resource file with the version of our file `file`; `type` is one of winver.h's VFT_ names.
+function(velvane_version variable file type description)
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${file}-version.rc)
+  configure_file(${CMAKE_SOURCE_DIR}/resources/version.rc.in ${resource} @ONLY)
+  set(${variable} ${resource} PARENT_SCOPE)
 endfunction()
 
 # A test program, run by ctest in a prefix of its own.

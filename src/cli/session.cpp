@@ -6,9 +6,9 @@
 #include <string>
 
 #include "base/db_container.h"
+#include "base/xml_text.h"
 #include "cli/selection.h"
 #include "cli/text_report.h"
-#include "engine/definition_parser.h"
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/registry.h"
@@ -35,7 +35,7 @@ bool HoldsPreferences(const std::string& path) {
     if (file) {
         std::string text = DbFileText(std::move(*file));
         pugi::xml_document document;
-        if (ParseDefinitionText(document, text) && FindElement(document, "scan_item_states")) return true;
+        if (ParseXmlText(document, text) && FindElement(document, "scan_item_states")) return true;
     }
     PrintError(path, "holds no preferences");
     return false;

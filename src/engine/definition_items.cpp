@@ -6,8 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
-#include "engine/definition_parser.h"
 #include "engine/registry_location.h"
 #include "engine/trace.h"
 

@@ -10,8 +10,8 @@
 
 #include "base/db_container.h"
 #include "base/reference_pass.h"
+#include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
-#include "engine/definition_parser.h"
 #include "engine/trace.h"
 #include "system/files.h"
 #include "system/handles.h"
@@ -86,7 +86,7 @@ bool CCleaningEngine::ReplaceDefinitions() {
     const std::size_t bytes = text->size();
     ResolveReferences(*text);
     pugi::xml_document document;
-    if (!ParseDefinitionText(document, *text)) return false;
+    if (!ParseXmlText(document, *text)) return false;
     const pugi::xml_node root = FindElement(document, "xclean_def");
     if (!root || Stopped()) return false;
     if (const char* version = AttributeOrNull(root, "version")) {

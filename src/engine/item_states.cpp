@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "base/db_container.h"
+#include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
-#include "engine/definition_parser.h"
 #include "engine/trace.h"
 #include "system/files.h"
 #include "system/handles.h"
@@ -191,7 +191,7 @@ void CCleaningEngine::LoadItemStates() {
     ENGINE_TRACE("Loading scanning item enabled states.");
     std::string text = DbFileText(std::move(*file));
     pugi::xml_document document;
-    if (!ParseDefinitionText(document, text)) return;
+    if (!ParseXmlText(document, text)) return;
     const pugi::xml_node states = FindElement(document, "scan_item_states");
     const std::lock_guard lock(m_lock);
     const FlagsByName flags(m_categories);

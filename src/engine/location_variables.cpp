@@ -6,8 +6,8 @@
 #include <pugixml.hpp>
 #include <string>
 
+#include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
-#include "engine/definition_parser.h"
 #include "engine/registry_location.h"
 #include "engine/restricted_paths.h"
 #include "engine/trace.h"

@@ -1,8 +1,8 @@
-#include "engine/definition_parser.h"
+#include "base/xml_text.h"
 
 #include <string_view>
 
-bool ParseDefinitionText(pugi::xml_document& document, std::string& text) {
+bool ParseXmlText(pugi::xml_document& document, std::string& text) {
     constexpr unsigned int kOptions = pugi::parse_cdata | pugi::parse_wconv_attribute | pugi::parse_eol;
     return document.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8);
 }
