@@ -1,6 +1,6 @@
 #include "system/library_search.h"
 
-#include <windows.h>
+#include <cstring>
 
 #include "system/entry_point.h"
 
@@ -11,4 +11,13 @@ void RestrictLibrarySearch() {
     using SetDirectories = BOOL(WINAPI*)(DWORD);
     if (const auto set = FindEntryPoint<SetDirectories>("kernel32.dll", "SetDefaultDllDirectories"))
         set(kApplicationFolder | kSystemFolder);
+}
+
+HMODULE LoadSystemLibrary(const char* name) {
+    char path[MAX_PATH];
+    const UINT length = ::GetSystemDirectoryA(path, sizeof path);
+    if (length == 0 || length + 1 + std::strlen(name) >= sizeof path) return nullptr;
+    path[length] = '\\';
+    std::strcpy(path + length + 1, name);
+    return ::LoadLibraryA(path);
 }
