@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-// Which libraries a process with administrator rights loads. Whoever can write beside the program or into its current
-// folder must not run in it.
+// Which libraries a process with administrator rights loads. Whoever can write beside the program or into its
+// current folder must not run in it.
 
 // Takes the current folder, and all others but the program's own and the system's, out of the search for
 // libraries: what is loaded by a bare name afterwards comes from nowhere else. The first thing that a process
