@@ -12,6 +12,14 @@ const char* AttributeOrNull(const pugi::xml_node& node, const char* name) {
     return attribute ? attribute.value() : nullptr;
 }
 
+const char* TextOrNull(const pugi::xml_node& node) {
+    for (const pugi::xml_node& child : node.children()) {
+        const bool isText = child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
+        if (isText && *child.value() != '\0') return child.value();
+    }
+    return nullptr;
+}
+
 pugi::xml_node FindElement(const pugi::xml_node& root, const char* name) {
     return root.find_node(
         [name](const pugi::xml_node& node) { return std::string_view(node.name()) == name; });

@@ -12,5 +12,8 @@ bool ParseXmlText(pugi::xml_document& document, std::string& text);
 // The value of an attribute, or null when it is not there.
 const char* AttributeOrNull(const pugi::xml_node& node, const char* name);
 
+// The text of the first child that carries any; null when none does. Belongs to the document.
+const char* TextOrNull(const pugi::xml_node& node);
+
 // The first element of a name below `root`, depth first; empty when there is none.
 pugi::xml_node FindElement(const pugi::xml_node& root, const char* name);
