@@ -37,6 +37,9 @@ std::string GetCurrentUserSidString();
 // such folder.
 std::optional<std::string> FolderPath(int csidl);
 
+// The full path of the running program; empty if the system does not tell.
+std::string ProgramPath();
+
 // The folder of the running program, with its trailing backslash.
 std::string ProgramFolder();
 
