@@ -8,6 +8,7 @@
 
 #include "app/config_keys.h"
 #include "app/deployment.h"
+#include "app/xml_file.h"
 #include "base/decimal.h"
 #include "base/xml_text.h"
 #include "system/files.h"
@@ -15,24 +16,6 @@
 #include "system/system_facts.h"
 
 namespace {
-
-// No file of ours comes near it, and what is larger is not worth the memory.
-constexpr std::uint32_t kLargestFile = 1024 * 1024;
-
-struct XmlFile {
-    std::string text;  // what the document stands on
-    pugi::xml_document document;
-};
-
-// False when the file is missing, too large, not read to its end, or no XML.
-bool LoadXmlFile(const std::string& path, XmlFile& file) {
-    const auto content = ReadWholeFile(path.c_str(), kLargestFile);
-    if (!content) return false;
-    file.text.assign(content->begin(), content->end());
-    // The text is one that ends at its first zero.
-    file.text.resize(std::char_traits<char>::length(file.text.c_str()));
-    return ParseXmlText(file.document, file.text);
-}
 
 void ReadPlacement(const pugi::xml_node& element, WINDOWPLACEMENT& placement) {
     const auto number = [&](const char* name) { return DecimalValue(AttributeOrNull(element, name)); };
