@@ -55,6 +55,8 @@ CUniversalWrapper::~CUniversalWrapper() {
 
 int CUniversalWrapper::Load(const char* path) {
     Unload();
+    // What the library needs itself comes from where the process looks for libraries, not from its own
+    // folder.
     if (*path != '\0') m_module = ::LoadLibraryA(path);
     if (m_module == nullptr) return 0;
     Find(m_module, "KvCreate", m_entries.create);
