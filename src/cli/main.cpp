@@ -64,7 +64,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    RestrictLibrarySearch();
+    RestrictLibrarySearch(LibrarySearch::SystemAlone);
     const ConsoleCodePage codePage;
     const ExitCode code = Run(std::vector<std::string>(argv + 1, argv + argc));
     if (OutputArrived()) return static_cast<int>(code);
