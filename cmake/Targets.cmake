@@ -51,6 +51,7 @@ endfunction()
 # A test program, run by ctest in a prefix of its own.
 function(velvane_test name)
   velvane_program(${name} ${ARGN})
+  set_target_properties(${name} PROPERTIES VELVANE_EARLY_LIBRARIES ON)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "VELVANE_PREFIX=${name}" TIMEOUT 600)
 endfunction()

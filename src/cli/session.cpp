@@ -11,7 +11,6 @@
 #include "cli/text_report.h"
 #include "system/files.h"
 #include "system/handles.h"
-#include "system/registry.h"
 #include "system/system_facts.h"
 
 namespace {
@@ -61,30 +60,6 @@ void MakeProductFolder() {
     ::CreateDirectoryA((*folder + kProductFolder).c_str(), nullptr);
 }
 
-bool MovesArePending() {
-    return RegValueSize(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager",
-                        "PendingFileRenameOperations") > 0;
-}
-
-// A load takes the folder for the restart away when there is nothing in it, also when the restart that is to
-// move something there has yet to come, and then that would stay where it is for good.
-class RebootFolderKeeper {
-  public:
-    explicit RebootFolderKeeper(CCleaningEngine& engine)
-        : m_folder(engine.GetRebootFolder(false)), m_isThere(!IsGone(m_folder.c_str())) {}
-    ~RebootFolderKeeper() {
-        if (m_isThere && IsGone(m_folder.c_str()) && MovesArePending()) {
-            ::CreateDirectoryA(m_folder.c_str(), nullptr);
-        }
-    }
-    RebootFolderKeeper(const RebootFolderKeeper&) = delete;
-    RebootFolderKeeper& operator=(const RebootFolderKeeper&) = delete;
-
-  private:
-    const std::string m_folder;
-    const bool m_isThere;
-};
-
 }  // namespace
 
 bool Session::NamedFilesAreGood() const {
@@ -110,10 +85,7 @@ std::optional<ExitCode> Session::Open(bool changes) {
     if (options.preferences) engine.SetPreferencesFile(*options.preferences);
     engine.SetScanOnly(!changes);
     if (changes) MakeProductFolder();
-    const EngineRun::Outcome outcome = [&] {
-        const RebootFolderKeeper keeper(engine);
-        return run.Load();
-    }();
+    const EngineRun::Outcome outcome = run.Load();
     if (!outcome.started) return CannotStart();
     if (outcome.stopped) return ExitCode::Stopped;
     if (!outcome.loaded) {

@@ -146,7 +146,7 @@ void CCleaningEngine::Clean() {
     } else {
         ENGINE_TRACE("There are no items to clean.");
     }
-    CleanUrlCache();
+    CleanUrlCache();  // kept: in a dry run as well
     Send(WM_ENGINE_CLEAN_DONE, ::GetTickCount() - start, 0);
 }
 

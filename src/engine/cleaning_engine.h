@@ -95,6 +95,7 @@ class CCleaningEngine {
     std::uint32_t GetDefinitionsVersion() const { return m_definitionsVersion; }
     // The date as the definitions write it; nothing when they have none.
     const std::optional<std::string>& GetDefinitionsDate() const { return m_definitionsDate; }
+    // How many categories and applications the latest load kept.
     std::uint32_t LoadedNodeCount() const { return m_loadedNodeCount; }
     // Makes the next load read this file instead of the first that is there of
     // <common application data>\Quillmere\Velvane\cleaning.db and <folder of the program>\cleaning.db.
@@ -106,8 +107,11 @@ class CCleaningEngine {
 
     // `text` with its location variables replaced. Not while a load runs.
     std::string ExpandLocation(std::string text);
+    // The tests of restricted_paths.h, with this machine's folders: for a definition's location, ...
     bool IsRestrictedLocation(std::string_view location) const;
+    // ... for a path that the user picked, as IsRestrictedUserPath ...
     bool IsRestrictedPath(const char* path) const;
+    // ... and as IsInFolderText with the Windows folder.
     bool IsInWindowsFolder(const char* path) const;
 
     // --- States and whitelist.

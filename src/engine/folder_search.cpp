@@ -58,7 +58,8 @@ class FolderLevel {
         if (isFolder && !IsLink(entry.dwFileAttributes, entry.dwReserved0)) {
             m_count += FolderLevel(*path, m_mask, m_sink).Scan();
         }
-        // The name of a folder ends in a backslash here, so no mask fits it.
+        // kept: a mask yields files alone, since the name of a folder ends in a backslash here and no mask
+        // fits it.
         if (m_mask && !MatchMask(m_mask, name.c_str())) return;
         m_sink.Add(isFolder ? ResultType::Directory : ResultType::File, m_folder, std::move(name));
         ++m_count;

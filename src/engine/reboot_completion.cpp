@@ -32,6 +32,10 @@ std::optional<std::string> RebootTarget(const std::string& path, const std::stri
     return JoinPath(rebootFolder, path.substr(backslash + 1) + tail);
 }
 
+DWORD PendingMovesSize() {
+    return RegValueSize(HKEY_LOCAL_MACHINE, kSessionManagerKey, kPendingMovesValue);
+}
+
 }  // namespace
 
 const std::string& CCleaningEngine::GetRebootFolder(bool create) {
@@ -43,7 +47,7 @@ const std::string& CCleaningEngine::GetRebootFolder(bool create) {
 }
 
 void CCleaningEngine::ScheduleForReboot(const std::string& path) {
-    const DWORD size = RegValueSize(HKEY_LOCAL_MACHINE, kSessionManagerKey, kPendingMovesValue);
+    const DWORD size = PendingMovesSize();
     ENGINE_TRACE("PendingFileRenameOperations registry value is %d bytes.", static_cast<int>(size));
     if (size >= kPendingListLimit) {
         ENGINE_TRACE(
@@ -96,7 +100,8 @@ void CCleaningEngine::CompleteAfterReboot() {
         ENGINE_TRACE("%d items found and %d items cleaned on reboot.", static_cast<int>(found),
                      static_cast<int>(cleaned));
     }
-    if (!m_scanOnly) ::RemoveDirectoryA(m_rebootFolder.c_str());
+    // A restart that has yet to come may move something here; without the folder that would stay where it is.
+    if (!m_scanOnly && PendingMovesSize() == 0) ::RemoveDirectoryA(m_rebootFolder.c_str());
     m_window = window;
     Send(WM_ENGINE_REBOOT_END, 0, 0);
 }

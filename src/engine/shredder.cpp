@@ -146,7 +146,7 @@ void CCleaningEngine::ShredList() {
         ENGINE_TRACE("No files to shred.");
     }
     TidyEmptyRecycleBin();
-    CleanUrlCache();
+    CleanUrlCache();  // kept: in a dry run as well
     Send(WM_ENGINE_SHRED_DONE, ::GetTickCount() - start, 0);
 }
 

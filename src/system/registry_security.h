@@ -36,7 +36,7 @@ bool GetCurrentUserSid(HeapSid& sid);
 bool BuildGrantDescriptor(PSID userSid, SECURITY_DESCRIPTOR& descriptor, HeapAcl& acl);
 
 // Full access to one key for the current user for as long as the object lives; then the key's old DACL is
-// back, whether the grant was taken or not.
+// back, if it could be read, whether the grant was taken or not.
 class TemporaryGrant {
   public:
     // Remembers the key's security and applies the grant. `key` must outlive the object.
