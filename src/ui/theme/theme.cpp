@@ -112,7 +112,7 @@ const Gdiplus::Font& CTheme::FontOf(int points, int fontStyle) {
     return found.first->second;
 }
 
-ThemeFont CTheme::MakeFont(int points, bool bold, bool italic, bool underline) const {
+UniqueFont CTheme::MakeFont(int points, bool bold, bool italic, bool underline) const {
     NONCLIENTMETRICSA metrics = {};
     metrics.cbSize = sizeof metrics;
     if (!::SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
@@ -131,7 +131,7 @@ ThemeFont CTheme::MakeFont(int points, bool bold, bool italic, bool underline) c
     font.lfWeight = bold ? FW_BOLD : FW_NORMAL;
     font.lfItalic = italic;
     font.lfUnderline = underline;
-    return ThemeFont(::CreateFontIndirectA(&font));
+    return UniqueFont(::CreateFontIndirectA(&font));
 }
 
 void CTheme::DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,

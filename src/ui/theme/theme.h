@@ -3,18 +3,13 @@
 #include "ui/theme/gdiplus.h"
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "ui/theme/shapes.h"
-
-struct FontCloser {
-    void operator()(HFONT font) const { ::DeleteObject(font); }
-};
-using ThemeFont = std::unique_ptr<std::remove_pointer_t<HFONT>, FontCloser>;
+#include "ui/window/gdi.h"
 
 // How a text is drawn. Without a colour in the theme's own for enabled static text.
 struct TextStyle {
@@ -100,7 +95,7 @@ class CTheme {
     const Gdiplus::Font& FontOf(int points, int fontStyle);
 
     // A GDI font like that of the system's message boxes. `points` -1 keeps its size.
-    ThemeFont MakeFont(int points, bool bold, bool italic = false, bool underline = false) const;
+    UniqueFont MakeFont(int points, bool bold, bool italic = false, bool underline = false) const;
 
     // Draws `content` in the process's code page into `area`, cut off with an ellipsis where it does not fit;
     // lines that do not fit whole are left out. A text of more than some thousand letters is cut to that many
