@@ -40,8 +40,9 @@ constexpr UINT ReflectedMessage(UINT message) {
     return OCM__BASE + message;
 }
 
-// If the message is a control's to its parent, sends it to the control as ReflectedMessage and gives its
-// answer. Otherwise, or when the control has no use for it, `handled` becomes FALSE.
+// If the message is a control's to its parent (a command, a notification, scrolling, drawing, measuring or a
+// colour), sends it to the control as ReflectedMessage and gives its answer. Otherwise, or if a control that
+// was asked for a colour has none, `handled` becomes FALSE.
 LRESULT ReflectNotifications(HWND parent, UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
 
 // The default of a reflected message: that of the original. FALSE if the message is not a reflected one.
