@@ -16,7 +16,7 @@ constexpr RECT kPlace = {0, 0, 60, 20};
 constexpr UINT kFirst = WM_APP + 1;
 constexpr UINT kLast = WM_APP + 3;
 
-// One handler for each kind of entry.
+// One handler for each kind of entry; what none of them takes goes back to the control.
 class CMapWindow : public CWindowImpl<CMapWindow> {
   public:
     BEGIN_MSG_MAP(CMapWindow)
@@ -29,6 +29,7 @@ class CMapWindow : public CWindowImpl<CMapWindow> {
         NOTIFY_HANDLER(5, 2, OnNotify<50>)
         NOTIFY_ID_HANDLER(5, OnNotify<60>)
         NOTIFY_CODE_HANDLER(NM_CLICK, OnNotify<70>)
+        REFLECT_NOTIFICATIONS()
         ALT_MSG_MAP(1)
         COMMAND_ID_HANDLER(5, OnCommand<80>)
     END_MSG_MAP()
@@ -50,80 +51,6 @@ class CMapWindow : public CWindowImpl<CMapWindow> {
         return kAnswer + id;
     }
 };
-
-// A button that hears its own messages, and its parent.
-class CHearingButton : public CWindowImpl<CHearingButton, CButton>,
-                       public COwnerDraw<CHearingButton>,
-                       public CCustomDraw<CHearingButton> {
-  public:
-    DECLARE_WND_SUPERCLASS(nullptr, "BUTTON")
-    BEGIN_MSG_MAP(CHearingButton)
-        REFLECTED_COMMAND_CODE_HANDLER(BN_CLICKED, OnClicked)
-        MESSAGE_HANDLER(ReflectedMessage(WM_CTLCOLORBTN), OnColor)
-        CHAIN_MSG_MAP_ALT(COwnerDraw<CHearingButton>, 1)
-        CHAIN_MSG_MAP_ALT(CCustomDraw<CHearingButton>, 1)
-        DEFAULT_REFLECTION_HANDLER()
-    END_MSG_MAP()
-
-    void DrawItem(const DRAWITEMSTRUCT&) { m_log += "draw "; }
-    DWORD OnPostPaint(int, NMCUSTOMDRAW&) {
-        m_log += "paint ";
-        return CDRF_SKIPDEFAULT;
-    }
-    std::string m_log;
-
-  private:
-    LRESULT OnClicked(WORD, WORD, HWND, BOOL&) {
-        m_log += "clicked ";
-        return 0;
-    }
-    LRESULT OnColor(UINT, WPARAM, LPARAM, BOOL&) { return 4711; }
-};
-
-// A tool tip with a map, as one that draws itself has.
-class CTip : public CWindowImpl<CTip, CToolTipCtrl> {
-  public:
-    DECLARE_WND_SUPERCLASS(nullptr, CToolTipCtrl::kClassName)
-    BEGIN_MSG_MAP(CTip)
-    END_MSG_MAP()
-};
-
-class CReflectingParent : public CWindowImpl<CReflectingParent> {
-  public:
-    BEGIN_MSG_MAP(CReflectingParent)
-        REFLECT_NOTIFICATIONS()
-    END_MSG_MAP()
-};
-
-TEST(Reflection, ControlsMessagesComeBackToThem) {
-    CReflectingParent parent;
-    ASSERT_NE(parent.Create(nullptr, &kPlace, nullptr, WS_POPUP), nullptr);
-    CHearingButton button;
-    ASSERT_NE(button.Create(parent, &kPlace, "Press", 0, 0, 7), nullptr);
-    EXPECT_EQ(button.GetDlgCtrlID(), 7);
-    button.Click();
-    DRAWITEMSTRUCT item = {};
-    item.CtlType = ODT_BUTTON;
-    item.hwndItem = button;
-    EXPECT_EQ(parent.Send(WM_DRAWITEM, 7, reinterpret_cast<LPARAM>(&item)), TRUE);
-    NMCUSTOMDRAW draw = {};
-    draw.hdr = {button, 7, static_cast<UINT>(NM_CUSTOMDRAW)};
-    draw.dwDrawStage = CDDS_POSTPAINT;
-    EXPECT_EQ(parent.Send(WM_NOTIFY, 7, reinterpret_cast<LPARAM>(&draw)), CDRF_SKIPDEFAULT);
-    EXPECT_EQ(button.m_log, "clicked draw paint ");
-
-    const HWND plain =
-        ::CreateWindowExA(0, "BUTTON", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
-    const HDC dc = ::GetDC(plain);
-    const auto color = [&](HWND control) {
-        return parent.Send(WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(control));
-    };
-    EXPECT_EQ(color(button), 4711);
-    EXPECT_NE(color(plain), 0) << "a control that knows nothing of it gets the usual brush";
-    ::ReleaseDC(plain, dc);
-    parent.DestroyWindow();
-    EXPECT_EQ(button.m_hWnd, nullptr) << "children die with their parent";
-}
 
 TEST(MessageMap, FirstEntryThatFitsAnswers) {
     CMapWindow window;
@@ -163,12 +90,78 @@ TEST(MessageMap, FirstEntryThatFitsAnswers) {
     EXPECT_EQ(window.m_list.m_hWnd, nullptr);
 }
 
+// A button that hears its own messages, and its parent.
+class CHearingButton : public CWindowImpl<CHearingButton, CButton>,
+                       public COwnerDraw<CHearingButton>,
+                       public CCustomDraw<CHearingButton> {
+  public:
+    DECLARE_WND_SUPERCLASS(nullptr, "BUTTON")
+    BEGIN_MSG_MAP(CHearingButton)
+        REFLECTED_COMMAND_CODE_HANDLER(BN_CLICKED, OnClicked)
+        MESSAGE_HANDLER(ReflectedMessage(WM_CTLCOLORBTN), OnColor)
+        CHAIN_MSG_MAP_ALT(COwnerDraw<CHearingButton>, 1)
+        CHAIN_MSG_MAP_ALT(CCustomDraw<CHearingButton>, 1)
+        DEFAULT_REFLECTION_HANDLER()
+    END_MSG_MAP()
+
+    void DrawItem(const DRAWITEMSTRUCT&) { m_log += "draw "; }
+    DWORD OnPostPaint(int, NMCUSTOMDRAW&) {
+        m_log += "paint ";
+        return CDRF_SKIPDEFAULT;
+    }
+    std::string m_log;
+
+  private:
+    LRESULT OnClicked(WORD, WORD, HWND, BOOL&) {
+        m_log += "clicked ";
+        return 0;
+    }
+    LRESULT OnColor(UINT, WPARAM, LPARAM, BOOL&) { return 4711; }
+};
+
+// A tool tip with a map, as one that draws itself has.
+class CTip : public CWindowImpl<CTip, CToolTipCtrl> {
+  public:
+    DECLARE_WND_SUPERCLASS(nullptr, CToolTipCtrl::kClassName)
+    BEGIN_MSG_MAP(CTip)
+    END_MSG_MAP()
+};
+
+TEST(Reflection, ControlsMessagesComeBackToThem) {
+    CMapWindow parent;
+    ASSERT_NE(parent.Create(nullptr, &kPlace, nullptr, WS_POPUP), nullptr);
+    CHearingButton button;
+    ASSERT_NE(button.Create(parent, &kPlace, "Press", 0, 0, 7), nullptr);
+    EXPECT_EQ(button.GetDlgCtrlID(), 7);
+    button.Click();
+    DRAWITEMSTRUCT item = {};
+    item.CtlType = ODT_BUTTON;
+    item.hwndItem = button;
+    EXPECT_EQ(parent.Send(WM_DRAWITEM, 7, reinterpret_cast<LPARAM>(&item)), TRUE);
+    NMCUSTOMDRAW draw = {};
+    draw.hdr = {button, 7, static_cast<UINT>(NM_CUSTOMDRAW)};
+    draw.dwDrawStage = CDDS_POSTPAINT;
+    EXPECT_EQ(parent.Send(WM_NOTIFY, 7, reinterpret_cast<LPARAM>(&draw)), CDRF_SKIPDEFAULT);
+    EXPECT_EQ(button.m_log, "clicked draw paint ");
+
+    const HWND plain =
+        ::CreateWindowExA(0, "BUTTON", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
+    const HDC dc = ::GetDC(plain);
+    const auto color = [&](HWND control) {
+        return parent.Send(WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(control));
+    };
+    EXPECT_EQ(color(button), 4711);
+    EXPECT_NE(color(plain), 0) << "a control that knows nothing of it gets the usual brush";
+    ::ReleaseDC(plain, dc);
+    parent.DestroyWindow();
+    EXPECT_EQ(button.m_hWnd, nullptr) << "children die with their parent";
+}
+
 TEST(Reflection, CommonControlsAreBuiltOnToo) {
     INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_BAR_CLASSES};
     ASSERT_TRUE(::InitCommonControlsEx(&controls));
     CTip tip;
     ASSERT_NE(tip.Create(nullptr, &kPlace, nullptr, WS_POPUP), nullptr);
-    EXPECT_EQ(tip.Send(TTM_GETTOOLCOUNT), 0);
     TOOLINFOA tool = {};
     tool.cbSize = sizeof tool;
     EXPECT_TRUE(tip.AddTool(tool));
