@@ -23,20 +23,20 @@ class CProbeOf : public TBase {
         if (atEnd) atEnd();
     }
 
+    // WM_APP is answered by a number.
+    void AnswerBy(LRESULT number) {
+        m_handler = [number](UINT message, WPARAM, LPARAM, LRESULT& result) {
+            result = number;
+            return message == WM_APP;
+        };
+    }
+
     Handler m_handler;
     std::function<void()> m_atEnd;
 };
 
 class CProbeWindow : public CProbeOf<CWindowImpl<CProbeWindow, CListBox>> {
   public:
-    CProbeWindow() = default;
-    // One that answers WM_APP by a number.
-    explicit CProbeWindow(LRESULT number) {
-        m_handler = [number](UINT message, WPARAM, LPARAM, LRESULT& result) {
-            result = number;
-            return message == WM_APP;
-        };
-    }
     HWND CreateProbe() {
         const RECT place = {0, 0, 100, 40};
         return Create(nullptr, &place, "probe", WS_POPUP);

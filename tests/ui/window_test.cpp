@@ -1,15 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "ui/probe.h"
 
 // Objects and their windows: several of them for one window, and either may die first.
 
 namespace {
-
-using Log = std::vector<std::string>;
 
 LRESULT Ask(HWND window) {
     return ::SendMessageA(window, WM_APP, 0, 0);
@@ -20,21 +17,21 @@ HWND NewListBox() {
 }
 
 TEST(WindowObjects, WindowDiesBeforeItsObject) {
-    Log log;
+    std::string log;
     CProbeWindow object;
     LRESULT creation = 0;
     object.m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
-        if (message == WM_CREATE) log.push_back(object.m_hWnd != nullptr ? "created" : "without a handle");
-        if (message == WM_NCDESTROY) log.push_back("destroyed");
+        if (message == WM_CREATE) log += object.m_hWnd != nullptr ? "created " : "without a handle ";
+        if (message == WM_NCDESTROY) log += "destroyed ";
         if (message == WM_CREATE) result = creation;
         return message == WM_CREATE;
     };
-    object.m_atEnd = [&] { log.push_back(object.m_hWnd == nullptr ? "the end" : "a dead handle"); };
+    object.m_atEnd = [&] { log += object.m_hWnd == nullptr ? "the end" : "a dead handle"; };
     ASSERT_NE(object.CreateProbe(), nullptr);
     EXPECT_EQ(object.Text(), "probe");
     EXPECT_EQ(object.CreateProbe(), nullptr) << "an object has one window at a time";
     object.DestroyWindow();
-    EXPECT_EQ(log, (Log{"created", "destroyed", "the end"}));
+    EXPECT_EQ(log, "created destroyed the end");
 
     creation = -1;
     EXPECT_EQ(object.CreateProbe(), nullptr);
@@ -45,21 +42,21 @@ TEST(WindowObjects, WindowDiesBeforeItsObject) {
 }
 
 TEST(WindowObjects, HandlerEndsItsOwnWindowOrObject) {
-    Log log;
+    std::string log;
     auto* object = new CProbeWindow;
     object->m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
         if (message != WM_APP) return FALSE;
         object->DestroyWindow();
-        log.push_back(object->m_hWnd == nullptr ? "no handle" : "a dead handle");
+        log += object->m_hWnd == nullptr ? "no handle " : "a dead handle ";
         result = 7;
         return TRUE;
     };
     object->m_atEnd = [&] {
-        log.push_back("the end");
+        log += "the end";
         delete object;
     };
     EXPECT_EQ(Ask(object->CreateProbe()), 7);
-    EXPECT_EQ(log, (Log{"no handle", "the end"})) << "the last call comes after the handler has returned";
+    EXPECT_EQ(log, "no handle the end") << "the last call comes after the handler has returned";
 
     object = new CProbeWindow;
     object->m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
@@ -77,8 +74,9 @@ TEST(WindowObjects, HandlerEndsItsOwnWindowOrObject) {
 TEST(Subclassing, ObjectsStackAndLeaveInAnyOrder) {
     const HWND list = NewListBox();
     const LONG_PTR before = ::GetWindowLongPtrA(list, GWLP_WNDPROC);
-    CProbeWindow lower(1);
+    CProbeWindow lower;
     CProbeWindow upper;
+    lower.AnswerBy(1);
     bool leaves = false;
     upper.m_handler = [&](UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
         if (message == WM_APP) result = 20 + upper.DefaultProc(message, wParam, lParam);
