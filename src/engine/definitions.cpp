@@ -16,6 +16,7 @@
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/system_facts.h"
+#include "system/trusted_path.h"
 
 namespace {
 
@@ -50,7 +51,9 @@ std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
         paths.push_back(*m_definitionsFile);
     } else {
         if (const auto folder = FolderPath(CSIDL_COMMON_APPDATA)) {
-            paths.push_back(*folder + "\\Quillmere\\Velvane\\cleaning.db");
+            const std::string common = *folder + "\\Quillmere\\Velvane\\cleaning.db";
+            // What another user put there must not say what is deleted.
+            if (IsTrusted(common.c_str())) paths.push_back(common);
         }
         paths.push_back(ProgramFolder() + "cleaning.db");
     }
