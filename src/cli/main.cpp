@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/console.h"
 #include "cli/exit_code.h"
 #include "cli/help.h"
 #include "cli/options.h"
 #include "cli/session.h"
+#include "system/console.h"
 #include "system/redirection_table.h"
 
 // No pattern in a path is taken apart by the C library: what is shredded is what was written.
@@ -63,6 +63,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    SetProgramName("velvane-cli");
     const ConsoleCodePage codePage;
     const ExitCode code = Run(std::vector<std::string>(argv + 1, argv + argc));
     if (OutputArrived()) return static_cast<int>(code);
