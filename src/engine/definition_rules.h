@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/clean_records.h"
+#include "engine/definition_elements.h"
 
 namespace pugi {
 class xml_node;
@@ -12,13 +13,6 @@ class xml_node;
 
 // What the definitions' elements have to say to be of use. The loader drops by these rules, and the authors'
 // tool tells by the same ones what would be dropped. No state, any thread.
-
-inline constexpr char kRootElement[] = "xclean_def";
-inline constexpr char kVariablesElement[] = "LocationVariables";
-inline constexpr char kVariableElement[] = "LocationVariable";
-inline constexpr char kCategoryElement[] = "Category";
-inline constexpr char kApplicationElement[] = "Application";
-inline constexpr char kEntityElement[] = "Entity";
 
 // Whether an element of this name (null: without one) can be a record. kept: a category may have an empty
 // name.
@@ -43,7 +37,7 @@ struct ItemElement {
 };
 ItemElement ReadItemElement(const pugi::xml_node& node);
 
-// The attributes without which an item is not even counted, as `element` has them.
+// Without one of these attributes an item is not even counted.
 inline bool IsComplete(const ItemElement& element) {
     return element.type && element.location && element.action;
 }
