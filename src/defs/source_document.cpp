@@ -1,6 +1,7 @@
 #include "defs/source_document.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -76,7 +77,8 @@ void SourceDocument::LookAtBytes() {
 TextPosition SourceDocument::PositionOf(const pugi::xml_node& node) const {
     // In front of a name stands the tag's "<", which is where people look for the element.
     if (node.type() == pugi::node_element) return PositionOf(node.name() - 1);
-    return PositionOf(node.value());
+    const char* text = node.value();
+    return PositionOf(text + std::strspn(text, " \t\r\n"));
 }
 
 TextPosition SourceDocument::PositionOf(const pugi::xml_attribute& attribute) const {
