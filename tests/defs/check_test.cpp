@@ -173,6 +173,10 @@ const CheckCase kDocuments[] = {
     {Rooted("<Category Name='C' Default='0'><Application Name=''/></Category>"),
      "2:20 Default is not read here\n2:32 an empty Name: dropped"},
     {Rooted("<Category Name='C'><Application Name='A'/></Category>"), "2:20 no Entity in it: dropped"},
+    {Rooted("<Category Name='C' "
+            "Image='iVBORw0KGgoAAAANSUhEUgAAAAIAAAADCAIAAAA2iEnWAAAAEElEQVR42mP4z8AARAwoFABE0AX7TM5x"
+            "DwAAAABJRU5ErkJggg=='/>"),
+     "2:1 no Application in it: dropped"},
     {Rooted("<Category Name='C'><Application Name='A' Image='AAAA' Default='No'\nInstallLocation='%x%\\y'>"
             "<Entity Name='E' Default='n' Whitelist='yes'/></Application></Category>"),
      "2:42 no picture that Windows can draw: left out\n"
