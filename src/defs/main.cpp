@@ -13,6 +13,7 @@ using std::min;
 #include "defs/commands.h"
 #include "defs/help.h"
 #include "system/console.h"
+#include "system/library_search.h"
 
 // The shell of Windows hands patterns on as they are written, and sources are many.
 extern "C" {
@@ -64,6 +65,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    RestrictLibrarySearch(LibrarySearch::SystemAlone);
     SetProgramName("velvane-defs");
     const ConsoleCodePage codePage;
     const ExitCode code = Run(std::vector<std::string>(argv + 1, argv + argc));
