@@ -28,3 +28,6 @@ void BenchOverwrite(const BenchOptions& options, AnsweringWindow& window, Report
 
 // The removal of many files.
 void BenchClean(const BenchOptions& options, AnsweringWindow& window, Report& report);
+
+// The start of the program until its window is painted.
+void BenchStart(const BenchOptions& options, AnsweringWindow& window, Report& report);

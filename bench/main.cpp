@@ -20,10 +20,11 @@ constexpr Bench kBenches[] = {
     {"overwrite", BenchOverwrite}, {"definitions", BenchDefinitions},
     {"memory", BenchMemory},       {"registry", BenchRegistry},
     {"clean", BenchClean},         {"scan", BenchScan},
+    {"start", BenchStart},
 };
 
 constexpr char kUsage[] =
-    "velvane-bench [--rounds N] [--small] [overwrite|definitions|memory|registry|clean|scan]...\n"
+    "velvane-bench [--rounds N] [--small] [overwrite|definitions|memory|registry|clean|scan|start]...\n"
     "Started by scripts/bench.sh, which makes what it works on.\n";
 
 [[noreturn]] void EndWithUsage() {

@@ -12,7 +12,7 @@ function(velvane_late_library name)
   add_custom_target(late_${name}_archive DEPENDS ${archive})
   add_library(late_${name}_import STATIC IMPORTED GLOBAL)
   set_target_properties(late_${name}_import PROPERTIES
-    IMPORTED_LOCATION ${archive} INTERFACE_LINK_LIBRARIES velvane_late_import)
+    IMPORTED_LOCATION ${archive} INTERFACE_LINK_LIBRARIES velvane_libraries)
   add_dependencies(late_${name}_import late_${name}_archive)
   # The test programs take the functions at the start, so that tests/support/api_hook finds them.
   add_library(late_${name} INTERFACE)

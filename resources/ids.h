@@ -16,6 +16,10 @@
 #define IDS_MENU_REMOVE 137
 #define IDS_MENU_REMOVE_ALL 138
 #define IDS_CONFIRM_WORD 139       // what the user types to confirm
+#define IDS_PAGE_ABOUT 140
+#define IDS_PAGE_SCAN 141
+#define IDS_PAGE_SHREDDER 142
+#define IDS_PAGE_SETTINGS 143
 #define IDS_HELP_LINK 144
 #define IDS_ITEMS_SELECTED 145     // %d
 #define IDS_OVERWRITE_NONE 146
@@ -44,6 +48,7 @@
 #define IDS_INTRO_1 192
 #define IDS_INTRO_2 193
 #define IDS_CONFIRM_RESET 194
+#define IDS_PAGE_SCHEDULE 196
 #define IDS_NO_SCHEDULE 197
 #define IDS_SCHEDULE_FULL 198
 #define IDS_NAMELESS 199           // a result without name and path

@@ -9,9 +9,9 @@ source "${BASH_SOURCE[0]%/*}/lib.sh"
 
 readonly WINDOWS=' kernel32 user32 gdi32 gdiplus advapi32 shell32 shlwapi ole32 oleaut32 comctl32 comdlg32 version
     wininet ws2_32 msvcrt mstask mpr msimg32 uxtheme winmm rpcrt4 setupapi userenv psapi dbghelp imm32 ntdll '
-# The known libraries of Windows 7 to 11; comctl32 comes from the assembly that the manifest names.
+# The known libraries of Windows 7 to 11.
 readonly PROTECTED=' kernel32 user32 gdi32 advapi32 shell32 shlwapi ole32 oleaut32 comdlg32 rpcrt4 ws2_32 msvcrt imm32
-    psapi setupapi comctl32 '
+    psapi setupapi '
 
 check() {
     local program library imports allowed failures=0

@@ -9,7 +9,7 @@ PACKAGES=(
     g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix libz-mingw-w64-dev # the Windows builds
     nlohmann-json3-dev                                                     # headers only
     zlib1g-dev googletest                                                  # the native build, the tests
-    librsvg2-bin icoutils                                                  # pictures and icon from their drawings
+    librsvg2-bin icoutils python3                                          # pictures and icon from their drawings
     clang-14 libclang-rt-14-dev clang-format                               # fuzzers, the format check
     wine wine64 fonts-wine                                                 # runs the Windows tests
 )

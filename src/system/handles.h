@@ -23,6 +23,16 @@ struct FindCloser {
 };
 using UniqueFind = std::unique_ptr<std::remove_pointer_t<HANDLE>, FindCloser>;
 
+// A reference to a COM object. It must be gone before COM is closed on its thread.
+struct ReferenceReleaser {
+    template <class Interface>
+    void operator()(Interface* object) const {
+        object->Release();
+    }
+};
+template <class Interface>
+using UniqueReference = std::unique_ptr<Interface, ReferenceReleaser>;
+
 struct FreeDeleter {
     void operator()(void* block) const { std::free(block); }
 };

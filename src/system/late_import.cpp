@@ -2,7 +2,7 @@
 
 #include <delayimp.h>
 
-#include <cstring>
+#include "system/library_search.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
@@ -11,16 +11,6 @@ namespace {
 template <class Type>
 Type* AtImage(RVA address) {
     return reinterpret_cast<Type*>(reinterpret_cast<char*>(&__ImageBase) + address);
-}
-
-// The library from the system's folder, whatever lies under that name elsewhere.
-HMODULE LoadSystemLibrary(const char* name) {
-    char path[MAX_PATH];
-    const UINT length = ::GetSystemDirectoryA(path, sizeof path);
-    if (length == 0 || length + 1 + std::strlen(name) >= sizeof path) return nullptr;
-    path[length] = '\\';
-    std::strcpy(path + length + 1, name);
-    return ::LoadLibraryA(path);
 }
 
 // Ends the process: the function cannot be called, and its callers do not expect that.

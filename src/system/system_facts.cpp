@@ -111,18 +111,25 @@ std::optional<std::string> FolderPath(int csidl) {
     return folder;
 }
 
-std::string ProgramFolder() {
+std::string ModulePath(HMODULE module) {
     // No path is longer than this.
     constexpr std::size_t kLongestPath = 32768;
     // A path that fills the buffer was cut off, and older systems do not end it.
     for (std::vector<char> path(MAX_PATH); path.size() <= 2 * kLongestPath; path.resize(2 * path.size())) {
-        const DWORD length = ::GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        const DWORD length = ::GetModuleFileNameA(module, path.data(), static_cast<DWORD>(path.size()));
         if (length == 0) break;
-        if (length >= path.size()) continue;
-        const std::string_view whole(path.data(), length);
-        return std::string(whole.substr(0, whole.rfind('\\') + 1));
+        if (length < path.size()) return std::string(path.data(), length);
     }
     return {};
+}
+
+std::string ModuleFolder(HMODULE module) {
+    const std::string path = ModulePath(module);
+    return path.substr(0, path.rfind('\\') + 1);
+}
+
+std::string ProgramFolder() {
+    return ModuleFolder(nullptr);
 }
 
 std::string LowerText(std::string text) {

@@ -37,6 +37,13 @@ std::string GetCurrentUserSidString();
 // such folder.
 std::optional<std::string> FolderPath(int csidl);
 
+// The path of a loaded module's file, of the running program for null; empty if it cannot be had.
+std::string ModulePath(HMODULE module);
+
+// The folder of a loaded module, of the running program for null, with its trailing backslash; empty if it
+// cannot be had.
+std::string ModuleFolder(HMODULE module);
+
 // The folder of the running program, with its trailing backslash.
 std::string ProgramFolder();
 
