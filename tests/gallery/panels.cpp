@@ -5,6 +5,7 @@
 #include <string>
 
 #include "gallery/sample_pictures.h"
+#include "gallery/tree_panels.h"
 #include "ui/theme/glass_button.h"
 #include "ui/theme/image_tooltip.h"
 #include "ui/theme/qm_dialog_base.h"
