@@ -21,33 +21,19 @@ struct BitmapCloser {
 };
 using UniqueCopy = std::unique_ptr<std::remove_pointer_t<HBITMAP>, BitmapCloser>;
 
-void PaintNow(HWND window) {
+// Nothing is drawn beyond the screen's edge.
+UniqueCopy CopyWindow(HWND window, const SIZE& size) {
+    ::SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     ::RedrawWindow(window, nullptr, nullptr,
                    RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
-}
-
-// Copies the window piece by piece: what lies beyond the screen's edge is not drawn, so it is moved for each.
-// A context knows only where the window was when it was made.
-UniqueCopy CopyWindow(HWND window, const SIZE& size) {
-    const int screenWidth = ::GetSystemMetrics(SM_CXSCREEN);
-    const int screenHeight = ::GetSystemMetrics(SM_CYSCREEN);
-    UniqueCopy copy;
-    for (int top = 0; top < size.cy; top += screenHeight) {
-        for (int left = 0; left < size.cx; left += screenWidth) {
-            ::SetWindowPos(window, nullptr, -left, -top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-            PaintNow(window);
-            PumpMessages(30);
-            const HDC source = ::GetWindowDC(window);
-            if (!copy) copy.reset(::CreateCompatibleBitmap(source, size.cx, size.cy));
-            const HDC memory = ::CreateCompatibleDC(source);
-            const HGDIOBJ former = ::SelectObject(memory, copy.get());
-            ::BitBlt(memory, left, top, std::min<int>(screenWidth, size.cx - left),
-                     std::min<int>(screenHeight, size.cy - top), source, left, top, SRCCOPY);
-            ::SelectObject(memory, former);
-            ::DeleteDC(memory);
-            ::ReleaseDC(window, source);
-        }
-    }
+    const HDC source = ::GetWindowDC(window);
+    UniqueCopy copy(::CreateCompatibleBitmap(source, size.cx, size.cy));
+    const HDC memory = ::CreateCompatibleDC(source);
+    const HGDIOBJ former = ::SelectObject(memory, copy.get());
+    ::BitBlt(memory, 0, 0, size.cx, size.cy, source, 0, 0, SRCCOPY);
+    ::SelectObject(memory, former);
+    ::DeleteDC(memory);
+    ::ReleaseDC(window, source);
     return copy;
 }
 

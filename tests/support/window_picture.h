@@ -4,8 +4,8 @@
 
 #include <string>
 
-// Writes a visible window with its frame as a PNG file; false if it cannot be written. What lies beyond the
-// screen's edge is moved into it. GDI+ has to be started.
+// Writes a visible window with its frame as a PNG file; false if it cannot be written. It is moved to the
+// screen's corner, and what is beyond the screen's edge then is not in the picture. GDI+ has to be started.
 bool SaveWindowPicture(HWND window, const std::string& path);
 
 // Handles the messages that are waiting, and those that come within `milliseconds`.

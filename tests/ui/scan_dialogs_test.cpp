@@ -4,10 +4,8 @@
 #include <functional>
 
 #include "app/resources.h"
-#include "support/api_hook.h"
 #include "ui/scan_screen.h"
 #include "ui/screens/dlg_confirm.h"
-#include "ui/screens/dlg_restart.h"
 #include "ui/screens/message_box_with_check.h"
 
 namespace {
@@ -71,20 +69,6 @@ TEST(ConfirmDialog, WantsTheWordLetterByLetter) {
     EXPECT_EQ(CDlgConfirm(IDS_CONFIRM_RESTRICTED).DoModal(screen), IDCANCEL);
 }
 
-TEST(RestartDialog, AnswersByItsButtonsAndPutsLaterFirst) {
-    const ScanScreen screen;
-    HWND focus = nullptr, later = nullptr;
-    WithNextDialog([&](HWND dialog) {
-        focus = ::GetFocus();
-        later = ::GetDlgItem(dialog, IDCANCEL);
-        Press(dialog, IDOK);
-    });
-    EXPECT_EQ(CDlgRestart().DoModal(screen), IDOK);
-    EXPECT_EQ(focus, later);
-    WithNextDialog([](HWND dialog) { Press(dialog, IDCANCEL); });
-    EXPECT_EQ(CDlgRestart().DoModal(screen), IDCANCEL);
-}
-
 // --- the question that can be silenced
 
 int AskYesNo(HWND owner, tagCHECKED_MESSAGE& record, const char* label, std::function<void(HWND)> act) {
@@ -142,23 +126,6 @@ TEST(QuestionWithCheck, GrowsWithItsLabel) {
     }
     EXPECT_GT(sizes[1].cx, sizes[0].cx);
     EXPECT_EQ(sizes[1].cy, sizes[0].cy);
-}
-
-TEST(QuestionWithCheck, IsAPlainBoxWithoutItsHook) {
-    const ScanScreen screen;
-    auto hooks = API_HOOK(SetWindowsHookExA);
-    hooks.FailAlways(ERROR_ACCESS_DENIED);
-    tagCHECKED_MESSAGE record;
-    record.checked = 1;
-    HWND check = nullptr;
-    EXPECT_EQ(AskYesNo(screen, record, "Never again",
-                       [&check](HWND box) {
-                           check = ::GetDlgItem(box, kCheckBox);
-                           Press(box, IDYES);
-                       }),
-              IDYES);
-    EXPECT_EQ(check, nullptr);
-    EXPECT_EQ(record.checked, 1);
 }
 
 }  // namespace

@@ -152,13 +152,9 @@ int main(int argc, char** argv) {
     SaveStates(std::string(name) + "-page", page, picture);
     SaveRebootPass(std::string(name) + "-page", page);
     SaveDialogs(name);
-    if (scale == 1) {
-        SaveStates("1-large", {1500, 900}, picture);
-        SaveRebootPass("1-large", {1500, 900});
-        SaveStates("1-small", {480, 380}, picture);
-    } else {
-        const SIZE larger = {static_cast<int>(608 * scale), static_cast<int>(440 * scale)};
-        SaveStates(std::string(name) + "-larger", larger, picture);
-    }
+    const SIZE large = {::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+    SaveStates(std::string(name) + "-large", large, picture);
+    SaveRebootPass(std::string(name) + "-large", large);
+    if (scale == 1) SaveStates("1-small", {480, 380}, picture);
     return g_failures;
 }

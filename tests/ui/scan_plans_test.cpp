@@ -11,6 +11,7 @@
 bool operator==(const RECT& a, const RECT& b) {
     return ::EqualRect(&a, &b) != FALSE;
 }
+
 std::ostream& operator<<(std::ostream& out, const RECT& rect) {
     return out << rect.left << ',' << rect.top << ' ' << rect.right << ',' << rect.bottom;
 }
@@ -99,21 +100,6 @@ TEST(ScanLayout, PlacesTheWorkingStates) {
     }
 }
 
-TEST(ScanLayout, CentresTheIntroOnItsPoints) {
-    ScanPlaces places = LayoutScan(SCAN_INTRO, PageMetrics());
-    EXPECT_EQ(*places.intro1, (RECT{126, 34, 486, 53}));
-    EXPECT_EQ(*places.introImage, (RECT{126, 54, 486, 166}));
-    EXPECT_EQ(*places.intro2, (RECT{26, 188, 586, 207}));
-    EXPECT_EQ(*places.startButton, (RECT{216, 235, 396, 293}));
-    EXPECT_EQ(places.hint2->bottom, 441);
-
-    ScanMetrics without = PageMetrics();
-    without.introImage = {};
-    places = LayoutScan(SCAN_INTRO, without);
-    EXPECT_FALSE(places.introImage);
-    EXPECT_EQ(*places.intro2, (RECT{26, 188, 586, 207}));
-}
-
 TEST(ScanLayout, LetsNothingOfTheIntroOverlap) {
     struct Case {
         const char* name;
@@ -143,14 +129,6 @@ TEST(ScanLayout, LetsNothingOfTheIntroOverlap) {
         }
         EXPECT_EQ(end, row.client.cy) << row.name;
     }
-}
-
-TEST(ScanLayout, FitsAPreviewIntoItsPanel) {
-    const RECT panel = {311, 0, 612, 381};
-    EXPECT_EQ(PlacePreview(panel, {100, 50}), (RECT{411, 165, 511, 215})) << "a small one keeps its size";
-    EXPECT_EQ(PlacePreview(panel, {400, 300}), (RECT{313, 79, 610, 301})) << "a wide one fills the width";
-    EXPECT_EQ(PlacePreview(panel, {100, 754}), (RECT{436, 2, 486, 379})) << "a tall one the height";
-    EXPECT_EQ(PlacePreview({0, 0, 3, 3}, {10, 10}), RECT{}) << "no room";
 }
 
 // --- reports

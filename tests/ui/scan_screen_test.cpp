@@ -221,32 +221,32 @@ TEST(ScanScreen, CountsWhatIsChecked) {
 
 // --- the end of a scan
 
-TEST(ScanScreen, HidesCleanWhenNothingWasFound) {
-    ScanScreen screen;
-    screen.common.options[KEY_AUTOCLEAN] = 1;
-    screen.dialog.SetState(SCAN_SCANNING);
-    screen.SendEngine(WM_ENGINE_SCAN_DONE, 1000, 0);
-    EXPECT_EQ(Shown(screen), "label tree new");
-    EXPECT_EQ(::GetFocus(), screen.dialog.GetDlgItem(IDC_SCAN_NEW));
-    EXPECT_FALSE(HasTimer(screen, 201));
-}
-
-TEST(ScanScreen, CleansByItselfUnlessTheScanWasStopped) {
-    for (const bool stopped : {false, true}) {
+TEST(ScanScreen, CleansByItselfWhatAWholeScanHasFound) {
+    struct Case {
+        const char* name;
+        bool findsSomething, stopped, cleans;
+        const char* shown;
+    };
+    const Case kCases[] = {
+        {"a whole scan", true, false, true, "label tree new clean"},
+        {"a stopped one", true, true, false, "label tree new clean"},
+        {"nothing found", false, false, false, "label tree new"},
+    };
+    for (const Case& row : kCases) {
         ScanScreen screen;
         screen.common.options[KEY_AUTOCLEAN] = 1;
         screen.dialog.SetState(SCAN_SCANNING);
-        SendTwoCategories(screen);
+        if (row.findsSomething) SendTwoCategories(screen);
         screen.common.calls.clear();
-        if (stopped) {
+        if (row.stopped) {
             screen.Press(IDC_SCAN_STOP);
             EXPECT_EQ(screen.common.TakeCalls(), (Calls{"StopOperation"}));
             EXPECT_EQ(Shown(screen), "tree- progress stop-") << "until the worker has ended";
         }
-        screen.SendEngine(WM_ENGINE_SCAN_DONE, 1000, stopped ? 1 : 0);
-        EXPECT_EQ(screen.dialog.GetState(), SCAN_RESULTS);
-        EXPECT_EQ(HasTimer(screen, 201), !stopped);
-        if (stopped) continue;
+        screen.SendEngine(WM_ENGINE_SCAN_DONE, 1000, row.stopped ? 1 : 0);
+        EXPECT_EQ(Shown(screen), row.shown) << row.name;
+        EXPECT_EQ(HasTimer(screen, 201), row.cleans) << row.name;
+        if (!row.cleans) continue;
         screen.common.calls.clear();
         screen.dialog.Send(WM_TIMER, 201);
         EXPECT_EQ(screen.common.TakeCalls(), (Calls{"EnableUI 0", "StartClean 0"})) << "and does not ask";
@@ -291,6 +291,10 @@ TEST(ScanScreen, OffersARestartOnlyAfterFailures) {
         screen.ScanTo([&screen] { SendTwoCategories(screen); });
         screen.Press(IDC_SCAN_CLEAN);
         screen.common.calls.clear();
+        screen.common.framesDrawn[0] = screen.common.framesDrawn[1] = 0;
+        screen.Tick(4);
+        EXPECT_GE(screen.common.framesDrawn[0], 4) << "a clean shows the erase animation";
+        EXPECT_EQ(screen.common.framesDrawn[1], 0);
         screen.common.failed = row.failed;
         screen.common.cleaned = 2;
         screen.common.cleanedBelow = {{ScanScreen::Handle(1), 2}, {ScanScreen::Handle(9), 0}};
@@ -331,19 +335,6 @@ TEST(ScanScreen, WorksOffAScanByTicks) {
     screen.SendNode(4, 9, "three", (pictures + "arrow.png").c_str());
     screen.SendEngine(WM_ENGINE_SCAN_DONE);
     EXPECT_EQ(screen.dialog.GetPreviewCount(), 0u) << "the results show none";
-}
-
-TEST(ScanScreen, TellsACleanWithTheEraseAnimation) {
-    ScanScreen screen;
-    screen.common.options[KEY_SCANERASENOSHOW] = 1;
-    screen.ScanTo([&screen] { SendTwoCategories(screen); });
-    screen.Press(IDC_SCAN_CLEAN);
-    screen.common.framesDrawn[0] = screen.common.framesDrawn[1] = 0;
-    screen.common.cleanedBelow = {{ScanScreen::Handle(1), 1}, {ScanScreen::Handle(9), 0}};
-    screen.Tick(4);
-    EXPECT_GE(screen.common.framesDrawn[0], 4);
-    EXPECT_EQ(screen.common.framesDrawn[1], 0);
-    EXPECT_NE(screen.Report().find("Web: 1"), std::string::npos) << screen.Report();
 }
 
 // Labels come from definitions and files.

@@ -68,7 +68,8 @@ LRESULT CDlgScan::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&) {
 
 void CDlgScan::CreateTree() {
     const RECT place = GetRectOf(GetDlgItem(IDC_SCAN_TREE_PLACE));
-    m_tree.Create(m_hWnd, &place, nullptr, WS_CHILD | WS_TABSTOP, 0, IDC_SCAN_TREE);
+    const std::string name = GetDlgItem(IDC_SCAN_TREE_LABEL).Text();
+    m_tree.Create(m_hWnd, &place, name.c_str(), WS_CHILD | WS_TABSTOP, 0, IDC_SCAN_TREE);
     m_tree.ModifyStyleEx(0, WS_EX_CLIENTEDGE, SWP_FRAMECHANGED);
     m_tree.SetMode(CScanTree::kResults);
     m_tree.SetLeafType(ROW_RESULT);
@@ -234,7 +235,8 @@ void CDlgScan::EnterIntro() {
     ShowItems({IDC_SCAN_NEW, IDC_SCAN_CLEAN}, false);
     EnableItem(IDC_SCAN_START, true);
     m_pInterface->EnableUI(true);
-    m_btnStart.SetFocus();
+    // A change on another page comes here as well, and must not take the keyboard from it.
+    if (IsWindowVisible()) m_btnStart.SetFocus();
     Invalidate();
 }
 

@@ -105,6 +105,7 @@ ScanPlaces LayoutScan(ScanState state, const ScanMetrics& metrics) {
     switch (state) {
         case SCAN_INTRO:
             LayoutIntro(metrics, gap, places);
+            places.panel = RECT{};
             // Out of sight here: where the pass after a restart, which places nothing, shows them.
             places.tree = MakeRect(left, top, half - left - gap, height - top - bottom);
             places.report = MakeRect(half + gap, top, half - left - gap, height - top - bottom);
