@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -139,7 +137,6 @@ int ShowAll() {
 
 int main(int argc, char** argv) {
     ::CoInitialize(nullptr);
-    ::InitCommonControls();
     if (!g_Theme.Start()) {
         std::fprintf(stderr, "GDI+ does not start\n");
         return 1;
