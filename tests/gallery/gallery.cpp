@@ -9,9 +9,7 @@
 #include "ui/theme/theme.h"
 #include "ui/window/window_impl.h"
 
-// velvane-gallery                 shows each panel in a window; the left and right arrow keys turn the pages,
-// + and -
-//                                 the scale
+// velvane-gallery                 shows a panel; left and right turn the pages, + and - change the scale
 // velvane-gallery --save FOLDER   writes each panel at four scales as FOLDER\NAME-SCALE.png
 
 namespace {
