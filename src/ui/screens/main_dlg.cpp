@@ -38,6 +38,7 @@ LRESULT CMainDlg::OnInitDialog(UINT, WPARAM, LPARAM, BOOL& handled) {
     // kept: the placement of the last session is read and not used. The window opens where it always does.
     WINDOWPLACEMENT placement = {};
     m_configuration.Load(&placement);
+    SetText(ResourceText(IDS_PRODUCT).c_str());
     SetNavTitle(ResourceText(IDS_PRODUCT));
     CreateScreens();
     SetIcons();

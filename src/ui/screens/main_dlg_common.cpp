@@ -96,7 +96,8 @@ const char* CMainDlg::GetConfigString(int id) {
 void CMainDlg::SaveConfig(bool saveItemStates) {
     m_configuration.Save(m_hWnd);
     // While a load runs the file knows more than the engine, and the records are the worker's.
-    if (saveItemStates && m_definitionsLoaded) m_engine.SaveItemStates();
+    const bool loading = !m_definitionsLoaded && m_engine.IsBusy();
+    if (saveItemStates && !loading) m_engine.SaveItemStates();
 }
 
 void CMainDlg::StopOperation() {
