@@ -46,11 +46,10 @@ SurveyChoices ReadChoices(const std::string& key) {
 
 // Opens the answer of the endpoint where it is a web address. The shell would start whatever else begins with
 // "http" as well, a program of such a name for one, so that OpenLink has the last word.
-void OpenAnswer(std::string response) {
-    if (!response.starts_with("http")) return;
+void OpenAnswer(const std::string& response) {
+    if (response.compare(0, 4, "http") != 0) return;
     // A line end at its end is of the script that made the answer, and no part of the address.
-    while (response.ends_with('\n') || response.ends_with('\r')) response.pop_back();
-    OpenLink(response.c_str());
+    OpenLink(response.substr(0, response.find_last_not_of("\r\n") + 1).c_str());
 }
 
 // Constructing the configuration makes the product's folders. Nothing else of it reaches the form.
@@ -131,7 +130,7 @@ bool CSurveyReport::Report(bool uninstall) {
                  response) != 0) {
         return false;
     }
-    if (uninstall) OpenAnswer(std::move(response));
+    if (uninstall) OpenAnswer(response);
     return true;
 }
 

@@ -1,15 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <vector>
-
-#include "ui/dialog_ids.h"
-#include "ui/window/controls.h"
-#include "ui/window/dialog_impl.h"
+#include "ui/probe.h"
 #include "ui/window/dialog_resize.h"
 
 namespace {
-
-constexpr UINT kAsk = WM_APP + 1;
 
 LONG WidthOf(const RECT& rect) {
     return rect.right - rect.left;
@@ -18,99 +12,64 @@ LONG HeightOf(const RECT& rect) {
     return rect.bottom - rect.top;
 }
 
-// --- modal ---
-
-// A dialog that opens itself again inside of itself, `depth` times, and ends with what came of it.
-class CNestedDialog : public CDialogImpl<CNestedDialog> {
-  public:
-    enum { IDD = IDD_TEST };
-    BEGIN_MSG_MAP(CNestedDialog)
-        MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
-        MESSAGE_HANDLER(kAsk, OnGoOn)
-        COMMAND_ID_HANDLER(IDOK, OnOk)
-    END_MSG_MAP()
-
-    bool m_hadControls = false;
-    bool m_ownerWasDisabled = true;
-
-  private:
-    LRESULT OnInitDialog(UINT, WPARAM, LPARAM depth, BOOL&) {
-        m_depth = depth;
-        m_inner = 0;
-        m_hadControls = GetDlgItem(IDC_TEST_EDIT).IsWindow();
-        Post(kAsk);
-        return TRUE;
-    }
-    LRESULT OnGoOn(UINT, WPARAM, LPARAM, BOOL&) {
-        const HWND owner = ::GetWindow(m_hWnd, GW_OWNER);
-        m_ownerWasDisabled = owner == nullptr || !::IsWindowEnabled(owner);
-        if (m_depth > 0) {
-            CNestedDialog inner;
-            m_inner = inner.DoModal(m_hWnd, m_depth - 1);
-            m_ownerWasDisabled = m_ownerWasDisabled && inner.m_ownerWasDisabled;
-            EXPECT_EQ(inner.m_hWnd, nullptr);
+// Opens a dialog that opens the next one inside of itself, `depth` times, and ends with what came of it.
+INT_PTR RunNested(HWND owner, int depth, bool& owned) {
+    CProbeDialog<IDD_TEST> dialog;
+    INT_PTR inner = 0;
+    dialog.m_handler = [&](UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+        if (message == WM_INITDIALOG) result = dialog.Post(WM_APP);
+        if (message == WM_APP) {
+            owned = owned && (owner == nullptr || !::IsWindowEnabled(owner));
+            if (depth > 0) inner = RunNested(dialog, depth - 1, owned);
+            dialog.GetDlgItem(IDOK).Send(BM_CLICK);
         }
-        GetDlgItem(IDOK).Send(BM_CLICK);
-        return 0;
-    }
-    LRESULT OnOk(WORD, WORD, HWND, BOOL&) {
-        EndDialog(m_inner * 10 + m_depth + 1);
-        return 0;
-    }
-    LPARAM m_depth = 0;
-    INT_PTR m_inner = 0;
-};
+        if (message == WM_COMMAND && wParam == IDOK) dialog.EndDialog(inner * 10 + depth + 1);
+        return message == WM_INITDIALOG;
+    };
+    const INT_PTR answer = dialog.DoModal(owner);
+    EXPECT_EQ(dialog.m_hWnd, nullptr);
+    return answer;
+}
 
 TEST(Dialogs, ModalWithinModalWithinModal) {
-    CNestedDialog dialog;
-    EXPECT_EQ(dialog.DoModal(nullptr, 2), 123);
-    EXPECT_EQ(dialog.m_hWnd, nullptr);
-    EXPECT_TRUE(dialog.m_hadControls);
-    EXPECT_TRUE(dialog.m_ownerWasDisabled);
-    EXPECT_EQ(dialog.DoModal(nullptr, 0), 1) << "the object serves again";
+    bool owned = true;
+    EXPECT_EQ(RunNested(nullptr, 2, owned), 123);
+    EXPECT_TRUE(owned) << "each disables the one that it lies over";
+    CProbeDialog<9999> missing;
+    EXPECT_EQ(missing.DoModal(nullptr), -1);
+    EXPECT_EQ(missing.Create(nullptr), nullptr);
 }
 
-class CNoSuchDialog : public CDialogImpl<CNoSuchDialog> {
-  public:
-    enum { IDD = 9999 };
-    BEGIN_MSG_MAP(CNoSuchDialog)
-    END_MSG_MAP()
-};
-
-TEST(Dialogs, MissingTemplateLeavesNothingBehind) {
-    CNoSuchDialog dialog;
-    EXPECT_EQ(dialog.Create(nullptr), nullptr);
-    EXPECT_EQ(dialog.DoModal(nullptr), -1);
+TEST(Dialogs, PageAnswersLikeAnyWindowAndDiesWithItsParent) {
+    CProbeDialog<IDD_TEST> dialog;
+    ASSERT_NE(dialog.Create(nullptr), nullptr);
+    dialog.m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
+        if (message != WM_APP) return FALSE;
+        dialog.DestroyWindow();
+        result = 5;
+        return TRUE;
+    };
+    bool deleted = false;
+    auto* const page = new CProbeDialog<IDD_TEST_PAGE>;
+    page->AnswerBy(0x12345);
+    page->m_atEnd = [&] {
+        deleted = true;
+        delete page;
+    };
+    const HWND pageWindow = page->Create(dialog);
+    EXPECT_EQ(::GetParent(pageWindow), dialog.m_hWnd);
+    EXPECT_EQ(page->Send(WM_APP), 0x12345);
+    EXPECT_EQ(dialog.Send(WM_APP), 5) << "destroyed by its own handler";
     EXPECT_EQ(dialog.m_hWnd, nullptr);
+    EXPECT_TRUE(deleted);
+    EXPECT_FALSE(::IsWindow(pageWindow));
 }
-
-// --- modeless, with a page and rules for its size ---
-
-class CPage : public CDialogImpl<CPage> {
-  public:
-    enum { IDD = IDD_TEST_PAGE };
-    BEGIN_MSG_MAP(CPage)
-        MESSAGE_HANDLER(WM_CTLCOLORSTATIC, OnColor)
-        MESSAGE_HANDLER(kAsk, OnAsk)
-    END_MSG_MAP()
-    bool* m_deleted = nullptr;  // if set, the object is of the heap and deletes itself at the end
-
-  private:
-    LRESULT OnColor(UINT, WPARAM, LPARAM, BOOL&) { return 4711; }
-    LRESULT OnAsk(UINT, WPARAM, LPARAM, BOOL&) { return 0x12345; }
-    void OnFinalMessage(HWND) override {
-        if (m_deleted == nullptr) return;
-        *m_deleted = true;
-        delete this;
-    }
-};
 
 class CResizingDialog : public CDialogImpl<CResizingDialog>, public CDialogResize<CResizingDialog> {
   public:
     enum { IDD = IDD_TEST };
     BEGIN_MSG_MAP(CResizingDialog)
         MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
-        MESSAGE_HANDLER(kAsk, OnDestroy)
         CHAIN_MSG_MAP(CDialogResize<CResizingDialog>)
     END_MSG_MAP()
     BEGIN_DLGRESIZE_MAP(CResizingDialog)
@@ -119,48 +78,16 @@ class CResizingDialog : public CDialogImpl<CResizingDialog>, public CDialogResiz
             DLGRESIZE_CONTROL(IDOK, DLSZ_SIZE_X)
             DLGRESIZE_CONTROL(IDCANCEL, DLSZ_SIZE_X)
         END_DLGRESIZE_GROUP()
-        DLGRESIZE_CONTROL(4711, DLSZ_MOVE_X)
     END_DLGRESIZE_MAP()
 
-    explicit CResizingDialog(bool gripper) : m_gripper(gripper) {}
+    bool m_gripper = true;
 
   private:
     LRESULT OnInitDialog(UINT, WPARAM, LPARAM, BOOL&) {
         DlgResize_Init(m_gripper, m_gripper);
         return TRUE;
     }
-    LRESULT OnDestroy(UINT, WPARAM, LPARAM, BOOL&) {
-        DestroyWindow();
-        return 5;
-    }
-    bool m_gripper;
 };
-
-TEST(Dialogs, PageAnswersLikeAnyWindowAndDiesInEitherOrder) {
-    CResizingDialog dialog(false);
-    ASSERT_NE(dialog.Create(nullptr), nullptr);
-    bool deleted = false;
-    auto* const page = new CPage;
-    page->m_deleted = &deleted;
-    const HWND pageWindow = page->Create(dialog);
-    EXPECT_EQ(::GetParent(pageWindow), dialog.m_hWnd);
-    EXPECT_EQ(page->Create(dialog), nullptr) << "it has a window";
-    EXPECT_EQ(page->Send(kAsk), 0x12345);
-    EXPECT_EQ(page->Send(WM_CTLCOLORSTATIC), 4711);
-    HWND orphan = nullptr;
-    {
-        CPage shortLived;
-        orphan = shortLived.Create(dialog);
-    }
-    EXPECT_TRUE(::IsWindow(orphan));
-    EXPECT_EQ(::SendMessageA(orphan, kAsk, 0, 0), 0);
-
-    EXPECT_EQ(dialog.Send(kAsk), 5) << "destroyed by its own handler";
-    EXPECT_EQ(dialog.m_hWnd, nullptr);
-    EXPECT_TRUE(deleted);
-    EXPECT_FALSE(::IsWindow(pageWindow));
-    EXPECT_FALSE(::IsWindow(orphan));
-}
 
 TEST(Resizing, RulesOfOneControl) {
     const RECT start = {10, 20, 50, 40};
@@ -172,7 +99,6 @@ TEST(Resizing, RulesOfOneControl) {
         const RECT* group;
         RECT place;
     } kCases[] = {
-        {"without a rule it stays", 0, {30, 40}, nullptr, {10, 20, 50, 40}},
         {"it grows in width", DLSZ_SIZE_X, {30, 40}, nullptr, {10, 20, 80, 40}},
         {"it keeps to the bottom right", DLSZ_MOVE_X | DLSZ_MOVE_Y, {30, 40}, nullptr, {40, 60, 80, 80}},
         {"the two directions mix", DLSZ_SIZE_X | DLSZ_MOVE_Y, {30, 40}, nullptr, {10, 60, 80, 80}},
@@ -182,58 +108,46 @@ TEST(Resizing, RulesOfOneControl) {
     };
     for (const auto& row : kCases) {
         const RECT place = ResizedControl(start, row.flags, row.growth, row.group);
-        EXPECT_TRUE(::EqualRect(&place, &row.place)) << row.name << ": " << place.left << ' ' << place.top
-                                                     << ' ' << place.right << ' ' << place.bottom;
+        EXPECT_TRUE(::EqualRect(&place, &row.place)) << row.name;
     }
-    const RECT second = {60, 70, 110, 120};
-    const RECT moved = ResizedControl(second, DLSZ_MOVE_X | DLSZ_SIZE_Y, SIZE{50, 50}, &group);
-    const RECT expected = {85, 95, 135, 170};
-    EXPECT_TRUE(::EqualRect(&moved, &expected));
 }
 
 TEST(Resizing, ControlsFollowTheDialogThereAndBack) {
-    CResizingDialog dialog(false);
+    CResizingDialog dialog;
     ASSERT_NE(dialog.Create(nullptr), nullptr);
-    EXPECT_TRUE((dialog.GetStyle() & WS_CLIPCHILDREN) != 0);
     const RECT whole = dialog.GetWindowRect();
-    const RECT edit = dialog.GetRectOf(dialog.GetDlgItem(IDC_TEST_EDIT));
-    const RECT ok = dialog.GetRectOf(dialog.GetDlgItem(IDOK));
-    const RECT cancel = dialog.GetRectOf(dialog.GetDlgItem(IDCANCEL));
+    const auto minimum = [&] {
+        MINMAXINFO limits = {};
+        dialog.Send(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+        return limits.ptMinTrackSize.x;
+    };
+    EXPECT_EQ(minimum(), WidthOf(whole));
+    EXPECT_NE(::FindWindowExA(dialog, nullptr, "SCROLLBAR", nullptr), nullptr);
+    const auto place = [&](int id) { return dialog.GetRectOf(dialog.GetDlgItem(id)); };
+    const RECT edit = place(IDC_TEST_EDIT);
+    const RECT ok = place(IDOK);
+    const RECT cancel = place(IDCANCEL);
     const auto resize = [&](LONG x, LONG y) {
         dialog.SetWindowPos(nullptr, 0, 0, WidthOf(whole) + x, HeightOf(whole) + y,
                             SWP_NOMOVE | SWP_NOZORDER);
     };
     resize(90, 60);
-    const RECT wideEdit = dialog.GetRectOf(dialog.GetDlgItem(IDC_TEST_EDIT));
-    EXPECT_EQ(WidthOf(wideEdit), WidthOf(edit) + 90);
-    EXPECT_EQ(HeightOf(wideEdit), HeightOf(edit) + 60);
-    const RECT wideOk = dialog.GetRectOf(dialog.GetDlgItem(IDOK));
-    const RECT wideCancel = dialog.GetRectOf(dialog.GetDlgItem(IDCANCEL));
-    EXPECT_EQ(wideOk.left, ok.left);
-    EXPECT_GT(WidthOf(wideOk), WidthOf(ok));
-    EXPECT_EQ(wideCancel.right, cancel.right + 90) << "the two share all of it";
-    EXPECT_EQ(wideOk.top, ok.top);
+    EXPECT_EQ(WidthOf(place(IDC_TEST_EDIT)), WidthOf(edit) + 90);
+    EXPECT_EQ(HeightOf(place(IDC_TEST_EDIT)), HeightOf(edit) + 60);
+    EXPECT_EQ(place(IDOK).left, ok.left);
+    EXPECT_GT(WidthOf(place(IDOK)), WidthOf(ok));
+    EXPECT_EQ(place(IDCANCEL).right, cancel.right + 90) << "the two share all of it";
     resize(-33, -17);
     resize(0, 0);
-    const RECT back = dialog.GetRectOf(dialog.GetDlgItem(IDC_TEST_EDIT));
+    const RECT back = place(IDC_TEST_EDIT);
     EXPECT_TRUE(::EqualRect(&back, &edit));
     dialog.DestroyWindow();
-}
 
-TEST(Resizing, GripperAndMinimumSizeAreAsked) {
-    for (const bool asked : {false, true}) {
-        CResizingDialog dialog(asked);
-        ASSERT_NE(dialog.Create(nullptr), nullptr);
-        MINMAXINFO limits = {};
-        dialog.Send(WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
-        EXPECT_EQ(limits.ptMinTrackSize.x, asked ? WidthOf(dialog.GetWindowRect()) : 0);
-        const HWND gripper = ::FindWindowExA(dialog, nullptr, "SCROLLBAR", nullptr);
-        EXPECT_EQ(gripper != nullptr, asked);
-        if (gripper != nullptr) {
-            EXPECT_EQ(dialog.GetRectOf(gripper).right, dialog.GetClientRect().right);
-        }
-        dialog.DestroyWindow();
-    }
+    dialog.m_gripper = false;
+    ASSERT_NE(dialog.Create(nullptr), nullptr);
+    EXPECT_EQ(minimum(), 0);
+    EXPECT_EQ(::FindWindowExA(dialog, nullptr, "SCROLLBAR", nullptr), nullptr);
+    dialog.DestroyWindow();
 }
 
 }  // namespace

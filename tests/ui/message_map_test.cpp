@@ -12,52 +12,44 @@
 
 namespace {
 
-using Log = std::vector<std::string>;
 constexpr RECT kPlace = {0, 0, 60, 20};
 constexpr UINT kFirst = WM_APP + 1;
 constexpr UINT kLast = WM_APP + 3;
 
-// One handler for each kind of entry.
+// One handler for each kind of entry; what none of them takes goes back to the control.
 class CMapWindow : public CWindowImpl<CMapWindow> {
   public:
-    struct Member {
-        BEGIN_MSG_MAP(Member)
-            MESSAGE_HANDLER(WM_APP, OnMember)
-        END_MSG_MAP()
-        LRESULT OnMember(UINT, WPARAM, LPARAM, BOOL&) { return 90; }
-    };
-
     BEGIN_MSG_MAP(CMapWindow)
         MESSAGE_HANDLER(kFirst, OnDecline)
         MESSAGE_RANGE_HANDLER(kFirst, kLast, OnRange)
-        COMMAND_HANDLER(5, 2, OnCommand)
+        COMMAND_HANDLER(5, 2, OnCommand<10>)
         COMMAND_ID_HANDLER(5, OnId)
-        COMMAND_CODE_HANDLER(2, OnCode)
-        COMMAND_RANGE_HANDLER(10, 12, OnCommandRange)
-        NOTIFY_HANDLER(5, 2, OnNotify)
-        NOTIFY_ID_HANDLER(5, OnNotifyId)
-        NOTIFY_CODE_HANDLER(NM_CLICK, OnNotifyCode)
-        CHAIN_MSG_MAP_MEMBER(m_member)
+        COMMAND_CODE_HANDLER(2, OnCommand<30>)
+        COMMAND_RANGE_HANDLER(10, 12, OnCommand<40>)
+        NOTIFY_HANDLER(5, 2, OnNotify<50>)
+        NOTIFY_ID_HANDLER(5, OnNotify<60>)
+        NOTIFY_CODE_HANDLER(NM_CLICK, OnNotify<70>)
+        REFLECT_NOTIFICATIONS()
+        ALT_MSG_MAP(1)
+        COMMAND_ID_HANDLER(5, OnCommand<80>)
     END_MSG_MAP()
-
-    bool m_declined = false;
+    CContainedWindowT<CListBox> m_list{this, 1};
 
   private:
     LRESULT OnDecline(UINT, WPARAM, LPARAM, BOOL& handled) {
-        m_declined = true;
         handled = FALSE;
-        return 1;
+        return 99;
     }
     LRESULT OnRange(UINT message, WPARAM, LPARAM, BOOL&) { return static_cast<LRESULT>(message - WM_APP); }
-    LRESULT OnCommand(WORD, WORD, HWND, BOOL&) { return 10; }
     LRESULT OnId(WORD code, WORD id, HWND, BOOL&) { return 1000 + code * 100 + id; }
-    LRESULT OnCode(WORD, WORD, HWND, BOOL&) { return 30; }
-    LRESULT OnCommandRange(WORD, WORD, HWND, BOOL&) { return 40; }
-    LRESULT OnNotify(int, NMHDR*, BOOL&) { return 50; }
-    LRESULT OnNotifyId(int, NMHDR*, BOOL&) { return 60; }
-    LRESULT OnNotifyCode(int id, NMHDR*, BOOL&) { return 70 + id; }
-
-    Member m_member;
+    template <int kAnswer>
+    LRESULT OnCommand(WORD, WORD, HWND, BOOL&) {
+        return kAnswer;
+    }
+    template <int kAnswer>
+    LRESULT OnNotify(int id, NMHDR*, BOOL&) {
+        return kAnswer + id;
+    }
 };
 
 TEST(MessageMap, FirstEntryThatFitsAnswers) {
@@ -76,23 +68,25 @@ TEST(MessageMap, FirstEntryThatFitsAnswers) {
         {"the id with another code", WM_COMMAND, 5, 3, 1305},
         {"the code with another id", WM_COMMAND, 6, 2, 30},
         {"the end of a range of ids", WM_COMMAND, 12, 0, 40},
-        {"past it", WM_COMMAND, 13, 0, 0},
-        {"a chained member", WM_APP, 0, 0, 90},
+        {"a notification's id and code", WM_NOTIFY, 5, 2, 55},
+        {"its id with another code", WM_NOTIFY, 5, 3, 65},
+        {"its code with another id", WM_NOTIFY, 4, static_cast<WORD>(NM_CLICK), 74},
+        {"neither of them", WM_NOTIFY, 4, 2, 0},
     };
     for (const auto& row : kCases) {
-        EXPECT_EQ(window.Send(row.message, MAKEWPARAM(row.id, row.code)), row.answer) << row.name;
+        // The codes of the common controls are negative.
+        NMHDR header = {nullptr, row.id, static_cast<UINT>(static_cast<SHORT>(row.code))};
+        const bool notifies = row.message == WM_NOTIFY;
+        EXPECT_EQ(window.Send(row.message, notifies ? row.id : MAKEWPARAM(row.id, row.code),
+                              notifies ? reinterpret_cast<LPARAM>(&header) : 0),
+                  row.answer)
+            << row.name;
     }
-    EXPECT_TRUE(window.m_declined);
-
-    const auto notify = [&](UINT_PTR id, UINT code) {
-        NMHDR header = {nullptr, id, code};
-        return window.Send(WM_NOTIFY, id, reinterpret_cast<LPARAM>(&header));
-    };
-    EXPECT_EQ(notify(5, 2), 50);
-    EXPECT_EQ(notify(5, 3), 60);
-    EXPECT_EQ(notify(4, static_cast<UINT>(NM_CLICK)), 74);
-    EXPECT_EQ(notify(4, 2), 0);
+    ASSERT_TRUE(window.m_list.SubclassWindow(
+        ::CreateWindowExA(0, "LISTBOX", "", WS_CHILD, 0, 0, 9, 9, window, nullptr, nullptr, nullptr)));
+    EXPECT_EQ(window.m_list.Send(WM_COMMAND, 5), 80) << "a contained window has a map of its own";
     window.DestroyWindow();
+    EXPECT_EQ(window.m_list.m_hWnd, nullptr);
 }
 
 // A button that hears its own messages, and its parent.
@@ -109,37 +103,34 @@ class CHearingButton : public CWindowImpl<CHearingButton, CButton>,
         DEFAULT_REFLECTION_HANDLER()
     END_MSG_MAP()
 
-    void DrawItem(const DRAWITEMSTRUCT&) { m_log.push_back("draw"); }
+    void DrawItem(const DRAWITEMSTRUCT&) { m_log += "draw "; }
     DWORD OnPostPaint(int, NMCUSTOMDRAW&) {
-        m_log.push_back("post paint");
+        m_log += "paint ";
         return CDRF_SKIPDEFAULT;
     }
-
-    Log m_log;
+    std::string m_log;
 
   private:
     LRESULT OnClicked(WORD, WORD, HWND, BOOL&) {
-        m_log.push_back("clicked");
+        m_log += "clicked ";
         return 0;
     }
     LRESULT OnColor(UINT, WPARAM, LPARAM, BOOL&) { return 4711; }
 };
 
-class CReflectingParent : public CWindowImpl<CReflectingParent> {
+// A tool tip with a map, as one that draws itself has.
+class CTip : public CWindowImpl<CTip, CToolTipCtrl> {
   public:
-    BEGIN_MSG_MAP(CReflectingParent)
-        REFLECT_NOTIFICATIONS()
+    DECLARE_WND_SUPERCLASS(nullptr, CToolTipCtrl::kClassName)
+    BEGIN_MSG_MAP(CTip)
     END_MSG_MAP()
 };
 
-TEST(Reflection, ControlsMessagesComeBackToIt) {
-    CReflectingParent parent;
+TEST(Reflection, ControlsMessagesComeBackToThem) {
+    CMapWindow parent;
     ASSERT_NE(parent.Create(nullptr, &kPlace, nullptr, WS_POPUP), nullptr);
     CHearingButton button;
     ASSERT_NE(button.Create(parent, &kPlace, "Press", 0, 0, 7), nullptr);
-    EXPECT_EQ(button.GetDlgCtrlID(), 7);
-    EXPECT_EQ(button.Text(), "Press") << "it is a real button";
-
     button.Click();
     DRAWITEMSTRUCT item = {};
     item.CtlType = ODT_BUTTON;
@@ -149,146 +140,31 @@ TEST(Reflection, ControlsMessagesComeBackToIt) {
     draw.hdr = {button, 7, static_cast<UINT>(NM_CUSTOMDRAW)};
     draw.dwDrawStage = CDDS_POSTPAINT;
     EXPECT_EQ(parent.Send(WM_NOTIFY, 7, reinterpret_cast<LPARAM>(&draw)), CDRF_SKIPDEFAULT);
-    EXPECT_EQ(button.m_log, (Log{"clicked", "draw", "post paint"}));
+    EXPECT_EQ(button.m_log, "clicked draw paint ");
 
-    const HDC dc = ::GetDC(button);
+    const HWND plain =
+        ::CreateWindowExA(0, "BUTTON", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
+    const HDC dc = ::GetDC(plain);
     const auto color = [&](HWND control) {
         return parent.Send(WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(control));
     };
     EXPECT_EQ(color(button), 4711);
-    const HWND plain =
-        ::CreateWindowExA(0, "BUTTON", "", WS_CHILD, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
     EXPECT_NE(color(plain), 0) << "a control that knows nothing of it gets the usual brush";
-    ::ReleaseDC(button, dc);
+    ::ReleaseDC(plain, dc);
     parent.DestroyWindow();
     EXPECT_EQ(button.m_hWnd, nullptr) << "children die with their parent";
 }
 
-// An object that answers WM_APP of a window of somebody else by its number, and counts itself in for WM_APP
-// + 1.
-class CSubclass : public CWindowImpl<CSubclass, CListBox> {
-  public:
-    explicit CSubclass(int number) : m_number(number) {}
-    BEGIN_MSG_MAP(CSubclass)
-        MESSAGE_HANDLER(WM_APP, OnAsk)
-        MESSAGE_HANDLER(WM_APP + 1, OnSum)
-        MESSAGE_HANDLER(WM_APP + 2, OnLeave)
-        MESSAGE_HANDLER(WM_NCDESTROY, OnNcDestroy)
-    END_MSG_MAP()
-    int m_destroyed = 0;
-
-  private:
-    LRESULT OnAsk(UINT, WPARAM, LPARAM, BOOL&) { return m_number; }
-    LRESULT OnSum(UINT message, WPARAM wParam, LPARAM lParam, BOOL&) {
-        return m_number + DefaultProc(message, wParam, lParam);
-    }
-    LRESULT OnLeave(UINT, WPARAM, LPARAM, BOOL&) {
-        UnsubclassWindow();
-        return m_number;
-    }
-    LRESULT OnNcDestroy(UINT, WPARAM, LPARAM, BOOL&) { return ++m_destroyed; }
-    int m_number;
-};
-
-HWND NewListBox() {
-    return ::CreateWindowExA(0, "LISTBOX", "", WS_POPUP, 0, 0, 60, 60, nullptr, nullptr, nullptr, nullptr);
-}
-
-LONG_PTR ProcedureOf(HWND window) {
-    return ::GetWindowLongPtrA(window, GWLP_WNDPROC);
-}
-
-TEST(Subclassing, ObjectsStackAndLeaveInAnyOrder) {
-    const HWND list = NewListBox();
-    const LONG_PTR before = ProcedureOf(list);
-    CSubclass lower(1);
-    CSubclass upper(20);
-    ASSERT_TRUE(lower.SubclassWindow(list));
-    ASSERT_TRUE(upper.SubclassWindow(list));
-    EXPECT_FALSE(upper.SubclassWindow(list)) << "it is one already";
-    EXPECT_EQ(lower.Send(WM_APP), 20) << "the younger one is asked first";
-    EXPECT_EQ(lower.Send(WM_APP + 1), 21);
-    EXPECT_EQ(upper.AddString("a line"), 0) << "what nobody handles comes to the control";
-    EXPECT_EQ(upper.Line(0), "a line");
-
-    EXPECT_EQ(lower.UnsubclassWindow(), list);
-    EXPECT_EQ(lower.m_hWnd, nullptr);
-    EXPECT_EQ(upper.Send(WM_APP + 1), 20);
-    EXPECT_EQ(upper.Send(WM_APP + 2), 20) << "it leaves in its own handler";
-    EXPECT_EQ(ProcedureOf(list), before);
-    EXPECT_EQ(::SendMessageA(list, WM_APP, 0, 0), 0);
-    ::DestroyWindow(list);
-}
-
-WNDPROC g_below = nullptr;
-LRESULT CALLBACK ForeignProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    return ::CallWindowProcA(g_below, window, message, wParam, lParam);
-}
-
-TEST(Subclassing, ObjectDiesUnderSomebodyElsesProcedure) {
-    const HWND list = NewListBox();
-    {
-        CSubclass object(3);
-        ASSERT_TRUE(object.SubclassWindow(list));
-        g_below = reinterpret_cast<WNDPROC>(
-            ::SetWindowLongPtrA(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ForeignProc)));
-        EXPECT_EQ(::SendMessageA(list, WM_APP, 0, 0), 3);
-    }
-    EXPECT_EQ(::SendMessageA(list, WM_APP, 0, 0), 0);
-    EXPECT_EQ(ProcedureOf(list), reinterpret_cast<LONG_PTR>(ForeignProc));
-    CSubclass again(4);
-    EXPECT_TRUE(again.SubclassWindow(list));
-    EXPECT_EQ(::SendMessageA(list, WM_APP, 0, 0), 4);
-    ::DestroyWindow(list);
-    EXPECT_EQ(again.m_hWnd, nullptr);
-}
-
-TEST(Subclassing, EveryObjectHearsOfTheEnd) {
-    const HWND list = NewListBox();
-    CSubclass lower(1);
-    CSubclass upper(2);
-    ASSERT_TRUE(lower.SubclassWindow(list) && upper.SubclassWindow(list));
-    ::DestroyWindow(list);
-    EXPECT_EQ(upper.m_destroyed, 1);
-    EXPECT_EQ(lower.m_destroyed, 1) << "though the upper one called the message handled";
-    EXPECT_EQ(lower.m_hWnd, nullptr);
-    const HWND other = NewListBox();
-    EXPECT_TRUE(lower.SubclassWindow(other)) << "it is free for another";
-    ::DestroyWindow(other);
-}
-
-// A list box inside of an object, of which one message is swallowed once.
-class CListOwner : public CMessageMap {
-  public:
-    BEGIN_MSG_MAP(CListOwner)
-        MESSAGE_HANDLER(WM_ERASEBKGND, OnOwnErase)
-        ALT_MSG_MAP(1)
-        MESSAGE_HANDLER(WM_ERASEBKGND, OnListErase)
-    END_MSG_MAP()
-    virtual ~CListOwner() = default;
-
-    CContainedWindow m_list{this, 1};
-    int m_erased = 0;
-
-  private:
-    LRESULT OnOwnErase(UINT, WPARAM, LPARAM, BOOL&) { return 99; }
-    LRESULT OnListErase(UINT, WPARAM, LPARAM, BOOL& handled) {
-        handled = m_erased++ == 0;
-        return 77;
-    }
-};
-
-TEST(Subclassing, ContainedWindowHasAMapOfItsOwn) {
-    const HWND list = NewListBox();
-    CListOwner owner;
-    ASSERT_TRUE(owner.m_list.SubclassWindow(list));
-    const HDC dc = ::GetDC(list);
-    EXPECT_EQ(owner.m_list.Send(WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc)), 77);
-    EXPECT_NE(owner.m_list.Send(WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc)), 77);
-    EXPECT_EQ(owner.m_erased, 2);
-    ::ReleaseDC(list, dc);
-    owner.m_list.DestroyWindow();
-    EXPECT_EQ(owner.m_list.m_hWnd, nullptr);
+TEST(Reflection, CommonControlsAreBuiltOnToo) {
+    INITCOMMONCONTROLSEX controls = {sizeof controls, ICC_BAR_CLASSES};
+    ASSERT_TRUE(::InitCommonControlsEx(&controls));
+    CTip tip;
+    ASSERT_NE(tip.Create(nullptr, &kPlace, nullptr, WS_POPUP), nullptr);
+    TOOLINFOA tool = {};
+    tool.cbSize = sizeof tool;
+    EXPECT_TRUE(tip.AddTool(tool));
+    EXPECT_EQ(tip.Send(TTM_GETTOOLCOUNT), 1);
+    tip.DestroyWindow();
 }
 
 }  // namespace

@@ -1,128 +1,107 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "ui/window/window_impl.h"
+#include "ui/probe.h"
 
-// Objects and their windows: who hears what, and who may die first.
+// Objects and their windows: several of them for one window, and either may die first.
 
 namespace {
 
-constexpr UINT kAsk = WM_APP + 1;
-constexpr UINT kDestroyYourself = WM_APP + 2;
-constexpr UINT kDeleteYourself = WM_APP + 3;
-constexpr RECT kPlace = {0, 0, 100, 40};
+LRESULT Ask(HWND window) {
+    return ::SendMessageA(window, WM_APP, 0, 0);
+}
 
-using Log = std::vector<std::string>;
-
-// A window that notes what becomes of it.
-class CNotedWindow : public CWindowImpl<CNotedWindow> {
-  public:
-    explicit CNotedWindow(Log& log) : m_log(log) {}
-    ~CNotedWindow() override { m_log.push_back("deleted"); }
-
-    BEGIN_MSG_MAP(CNotedWindow)
-        MESSAGE_HANDLER(WM_CREATE, OnCreate)
-        MESSAGE_HANDLER(kAsk, OnAsk)
-        MESSAGE_HANDLER(kDestroyYourself, OnDestroyYourself)
-        MESSAGE_HANDLER(kDeleteYourself, OnDeleteYourself)
-        MESSAGE_HANDLER(WM_NCDESTROY, OnNcDestroy)
-    END_MSG_MAP()
-
-    bool m_deleteAtEnd = false;
-    bool m_refuseCreation = false;
-
-  private:
-    LRESULT OnCreate(UINT, WPARAM, LPARAM, BOOL&) {
-        m_log.push_back(m_hWnd != nullptr ? "created" : "created without a handle");
-        return m_refuseCreation ? -1 : 0;
-    }
-    LRESULT OnAsk(UINT, WPARAM wParam, LPARAM, BOOL&) { return static_cast<LRESULT>(wParam) + 1; }
-    LRESULT OnDestroyYourself(UINT, WPARAM, LPARAM, BOOL&) {
-        DestroyWindow();
-        m_log.push_back(m_hWnd == nullptr ? "no handle" : "a dead handle");
-        return 7;
-    }
-    LRESULT OnDeleteYourself(UINT, WPARAM, LPARAM, BOOL&) {
-        delete this;
-        return 8;
-    }
-    LRESULT OnNcDestroy(UINT, WPARAM, LPARAM, BOOL&) {
-        m_log.push_back("destroyed");
-        return 0;
-    }
-    void OnFinalMessage(HWND) override {
-        m_log.push_back("final message");
-        if (m_deleteAtEnd) delete this;
-    }
-
-    Log& m_log;
-};
-
-HWND CreateNoted(CNotedWindow& window) {
-    return window.Create(nullptr, &kPlace, "noted", WS_POPUP);
+HWND NewListBox() {
+    return ::CreateWindowExA(0, "LISTBOX", "", WS_POPUP, 0, 0, 60, 60, nullptr, nullptr, nullptr, nullptr);
 }
 
 TEST(WindowObjects, WindowDiesBeforeItsObject) {
-    Log log;
-    CNotedWindow window(log);
-    const HWND handle = CreateNoted(window);
-    ASSERT_NE(handle, nullptr);
-    EXPECT_EQ(window.m_hWnd, handle);
-    EXPECT_EQ(window.Send(kAsk, 4), 5);
-    EXPECT_EQ(window.Text(), "noted");
-    window.DestroyWindow();
-    EXPECT_EQ(window.m_hWnd, nullptr);
-    EXPECT_EQ(log, (Log{"created", "destroyed", "final message"}));
-    // The object serves again.
-    EXPECT_NE(CreateNoted(window), nullptr);
-    window.DestroyWindow();
+    std::string log;
+    CProbeWindow object;
+    LRESULT creation = 0;
+    object.m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
+        if (message == WM_CREATE) log += object.m_hWnd != nullptr ? "created " : "without a handle ";
+        if (message == WM_NCDESTROY) log += "destroyed ";
+        if (message == WM_CREATE) result = creation;
+        return message == WM_CREATE;
+    };
+    object.m_atEnd = [&] { log += object.m_hWnd == nullptr ? "the end" : "a dead handle"; };
+    ASSERT_NE(object.CreateProbe(), nullptr);
+    EXPECT_EQ(object.Text(), "probe");
+    EXPECT_EQ(object.CreateProbe(), nullptr) << "an object has one window at a time";
+    object.DestroyWindow();
+    EXPECT_EQ(log, "created destroyed the end");
+
+    creation = -1;
+    EXPECT_EQ(object.CreateProbe(), nullptr);
+    EXPECT_EQ(object.m_hWnd, nullptr);
+    creation = 0;
+    EXPECT_NE(object.CreateProbe(), nullptr) << "a refused window leaves nothing behind";
+    object.DestroyWindow();
 }
 
-TEST(WindowObjects, ObjectDiesBeforeItsWindow) {
-    Log log;
-    HWND handle = nullptr;
-    {
-        CNotedWindow window(log);
-        handle = CreateNoted(window);
-    }
-    EXPECT_TRUE(::IsWindow(handle));
-    EXPECT_EQ(::SendMessageA(handle, kAsk, 4, 0), 0);
-    EXPECT_TRUE(::DestroyWindow(handle));
-    EXPECT_EQ(log, (Log{"created", "deleted"}));
+TEST(WindowObjects, HandlerEndsItsOwnWindowOrObject) {
+    std::string log;
+    auto* object = new CProbeWindow;
+    object->m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
+        if (message != WM_APP) return FALSE;
+        object->DestroyWindow();
+        log += object->m_hWnd == nullptr ? "no handle " : "a dead handle ";
+        result = 7;
+        return TRUE;
+    };
+    object->m_atEnd = [&] {
+        log += "the end";
+        delete object;
+    };
+    EXPECT_EQ(Ask(object->CreateProbe()), 7);
+    EXPECT_EQ(log, "no handle the end") << "the last call comes after the handler has returned";
+
+    object = new CProbeWindow;
+    object->m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT& result) {
+        if (message != WM_APP) return FALSE;
+        delete object;
+        result = 8;
+        return TRUE;
+    };
+    const HWND window = object->CreateProbe();
+    EXPECT_EQ(Ask(window), 8);
+    EXPECT_EQ(Ask(window), 0) << "the window outlives it";
+    EXPECT_TRUE(::DestroyWindow(window));
 }
 
-TEST(WindowObjects, HandlerDestroysItsOwnWindow) {
-    Log log;
-    auto* const window = new CNotedWindow(log);
-    window->m_deleteAtEnd = true;
-    EXPECT_EQ(::SendMessageA(CreateNoted(*window), kDestroyYourself, 0, 0), 7);
-    // The object goes only after its handler has returned.
-    EXPECT_EQ(log, (Log{"created", "destroyed", "no handle", "final message", "deleted"}));
-}
+TEST(Subclassing, ObjectsStackAndLeaveInAnyOrder) {
+    const HWND list = NewListBox();
+    const LONG_PTR before = ::GetWindowLongPtrA(list, GWLP_WNDPROC);
+    CProbeWindow lower;
+    CProbeWindow upper;
+    lower.AnswerBy(1);
+    bool leaves = false;
+    upper.m_handler = [&](UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+        if (message == WM_APP) result = 20 + upper.DefaultProc(message, wParam, lParam);
+        if (message == WM_APP && leaves) upper.UnsubclassWindow();
+        return message == WM_APP || message == WM_NCDESTROY;
+    };
+    ASSERT_TRUE(lower.SubclassWindow(list) && upper.SubclassWindow(list));
+    EXPECT_EQ(Ask(list), 21);
+    EXPECT_EQ(upper.AddString("a line"), 0) << "what nobody handles comes to the control";
+    EXPECT_EQ(upper.Line(0), "a line");
 
-TEST(WindowObjects, HandlerDeletesItsOwnObject) {
-    Log log;
-    auto* const window = new CNotedWindow(log);
-    const HWND handle = CreateNoted(*window);
-    EXPECT_EQ(::SendMessageA(handle, kDeleteYourself, 0, 0), 8);
-    EXPECT_EQ(log, (Log{"created", "deleted"}));
-    EXPECT_TRUE(::DestroyWindow(handle));
-}
+    EXPECT_EQ(lower.UnsubclassWindow(), list);
+    leaves = true;
+    EXPECT_EQ(Ask(list), 20) << "it leaves in its own handler";
+    EXPECT_EQ(::GetWindowLongPtrA(list, GWLP_WNDPROC), before);
+    EXPECT_EQ(Ask(list), 0);
 
-TEST(WindowObjects, RefusedCreationLeavesNothingBehind) {
-    Log log;
-    CNotedWindow window(log);
-    window.m_refuseCreation = true;
-    EXPECT_EQ(CreateNoted(window), nullptr);
-    EXPECT_EQ(window.m_hWnd, nullptr);
-    EXPECT_EQ(log, (Log{"created", "destroyed", "final message"}));
-    window.m_refuseCreation = false;
-    EXPECT_NE(CreateNoted(window), nullptr);
-    EXPECT_EQ(CreateNoted(window), nullptr) << "an object has one window at a time";
-    window.DestroyWindow();
+    ASSERT_TRUE(lower.SubclassWindow(list) && upper.SubclassWindow(list));
+    bool heard = false;
+    lower.m_handler = [&](UINT message, WPARAM, LPARAM, LRESULT&) {
+        return heard |= message == WM_NCDESTROY;
+    };
+    ::DestroyWindow(list);
+    EXPECT_TRUE(heard) << "though the upper one calls the end handled";
+    EXPECT_EQ(lower.m_hWnd, nullptr);
 }
 
 }  // namespace

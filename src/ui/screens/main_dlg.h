@@ -33,6 +33,9 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
     // clears it.
     void SetAutoScan() { m_autoScan = true; }
 
+    // Returns when the engine is idle. For the end of the session, before what a worker stands on goes.
+    void WaitForWorker() { m_engine.WaitForWorker(); }
+
     BOOL PreTranslateMessage(MSG* message) override;
 
     // ICommonInterface, in main_dlg_common.cpp

@@ -38,12 +38,12 @@ struct tagDLGRESIZE_RULE {
 // proportion to where in it they lie.
 #define BEGIN_DLGRESIZE_GROUP() {tagDLGRESIZE_RULE::BEGIN_GROUP, 0, 0},
 #define END_DLGRESIZE_GROUP() {tagDLGRESIZE_RULE::END_GROUP, 0, 0},
-#define END_DLGRESIZE_MAP()          \
-    { tagDLGRESIZE_RULE::END, 0, 0 } \
-    }                                \
-    ;                                \
-    return kRules;                   \
+// clang-format off
+#define END_DLGRESIZE_MAP()              \
+        {tagDLGRESIZE_RULE::END, 0, 0}}; \
+        return kRules;                   \
     }
+// clang-format on
 
 // Where a control comes to lie that lay at `start` before its dialog grew by `growth`, which may be negative.
 // `group` is the start rectangle of its group, null without one.

@@ -2,21 +2,16 @@
 
 namespace {
 
+bool AsksForColor(UINT message) {
+    return message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC;
+}
+
 // Who sent a message to its parent; null if it is no control's message or the sender cannot be told.
 HWND SenderOf(HWND parent, UINT message, LPARAM lParam) {
     switch (message) {
         case WM_COMMAND:  // null for a menu or an accelerator
         case WM_HSCROLL:
         case WM_VSCROLL:
-        case WM_VKEYTOITEM:
-        case WM_CHARTOITEM:
-        case WM_CTLCOLORMSGBOX:
-        case WM_CTLCOLOREDIT:
-        case WM_CTLCOLORLISTBOX:
-        case WM_CTLCOLORBTN:
-        case WM_CTLCOLORDLG:
-        case WM_CTLCOLORSCROLLBAR:
-        case WM_CTLCOLORSTATIC:
             return reinterpret_cast<HWND>(lParam);
         case WM_NOTIFY:
             return reinterpret_cast<const NMHDR*>(lParam)->hwndFrom;
@@ -28,12 +23,8 @@ HWND SenderOf(HWND parent, UINT message, LPARAM lParam) {
             const auto& item = *reinterpret_cast<const MEASUREITEMSTRUCT*>(lParam);
             return item.CtlType == ODT_MENU ? nullptr : ::GetDlgItem(parent, static_cast<int>(item.CtlID));
         }
-        case WM_COMPAREITEM:
-            return reinterpret_cast<const COMPAREITEMSTRUCT*>(lParam)->hwndItem;
-        case WM_DELETEITEM:
-            return reinterpret_cast<const DELETEITEMSTRUCT*>(lParam)->hwndItem;
         default:
-            return nullptr;
+            return AsksForColor(message) ? reinterpret_cast<HWND>(lParam) : nullptr;
     }
 }
 
@@ -49,7 +40,7 @@ LRESULT ReflectNotifications(HWND parent, UINT message, WPARAM wParam, LPARAM lP
     const LRESULT result = ::SendMessageA(sender, ReflectedMessage(message), wParam, lParam);
     // A control that knows nothing of reflection answers 0, which for a colour is no brush at all: the
     // window's default has to give one.
-    handled = result != 0 || message < WM_CTLCOLORMSGBOX || message > WM_CTLCOLORSTATIC;
+    handled = result != 0 || !AsksForColor(message);
     return result;
 }
 
@@ -63,13 +54,9 @@ BOOL DefaultReflectionHandler(HWND window, UINT message, WPARAM wParam, LPARAM l
         case WM_VSCROLL:
         case WM_DRAWITEM:
         case WM_MEASUREITEM:
-        case WM_COMPAREITEM:
-        case WM_DELETEITEM:
-        case WM_VKEYTOITEM:
-        case WM_CHARTOITEM:
             break;
         default:
-            if (original < WM_CTLCOLORMSGBOX || original > WM_CTLCOLORSTATIC) return FALSE;
+            if (!AsksForColor(original)) return FALSE;
     }
     result = ::DefWindowProcA(window, original, wParam, lParam);
     return TRUE;

@@ -31,17 +31,15 @@ class CMessageMap {
     ~CMessageMap() = default;
 };
 
-// Messages that a control's parent hands back to the control: the number of the original plus this. The
-// values are those of the platform's own headers.
-#ifndef OCM__BASE
-#define OCM__BASE (WM_USER + 0x1c00)
-#endif
+// Messages that a control's parent hands back to the control. The numbers are those that the platform's
+// headers give the OCM_ messages.
 constexpr UINT ReflectedMessage(UINT message) {
-    return OCM__BASE + message;
+    return WM_USER + 0x1C00 + message;
 }
 
-// If the message is a control's to its parent, sends it to the control as ReflectedMessage and gives its
-// answer. Otherwise, or when the control has no use for it, `handled` becomes FALSE.
+// If the message is a control's to its parent (a command, a notification, scrolling, drawing, measuring or a
+// colour), sends it to the control as ReflectedMessage and gives its answer. Otherwise, or if a control that
+// was asked for a colour has none, `handled` becomes FALSE.
 LRESULT ReflectNotifications(HWND parent, UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
 
 // The default of a reflected message: that of the original. FALSE if the message is not a reflected one.

@@ -77,28 +77,18 @@ BOOL CWindow::MoveWindow(const RECT& place, bool repaint) const {
                         repaint);
 }
 
-void CWindow::CenterWindow(HWND center) const {
-    const bool isChild = (GetStyle() & WS_CHILD) != 0;
-    if (center == nullptr) center = isChild ? ::GetParent(m_hWnd) : ::GetWindow(m_hWnd, GW_OWNER);
-
+void CWindow::CenterWindow() const {
+    const HWND owner = ::GetWindow(m_hWnd, GW_OWNER);
+    const bool ownerIsSeen = owner != nullptr && ::IsWindowVisible(owner) && !::IsIconic(owner);
     const RECT work = WorkAreaOf(m_hWnd);
-    RECT around = work;
-    if (isChild) {
-        ::GetClientRect(::GetParent(m_hWnd), &around);
-        if (center != ::GetParent(m_hWnd)) around = CWindow(::GetParent(m_hWnd)).GetRectOf(center);
-    } else if (center != nullptr && ::IsWindowVisible(center) && !::IsIconic(center)) {
-        ::GetWindowRect(center, &around);
-    }
-
+    const RECT around = ownerIsSeen ? CWindow(owner).GetWindowRect() : work;
     const RECT own = GetWindowRect();
     const LONG width = own.right - own.left;
     const LONG height = own.bottom - own.top;
     LONG x = around.left + (around.right - around.left - width) / 2;
     LONG y = around.top + (around.bottom - around.top - height) / 2;
-    if (!isChild) {
-        // Where it does not fit, its caption at the top left is what has to be seen.
-        x = std::max(std::min(x, work.right - width), work.left);
-        y = std::max(std::min(y, work.bottom - height), work.top);
-    }
+    // Where it does not fit, its caption at the top left is what has to be seen.
+    x = std::max(std::min(x, work.right - width), work.left);
+    y = std::max(std::min(y, work.bottom - height), work.top);
     ::SetWindowPos(m_hWnd, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

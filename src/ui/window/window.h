@@ -77,9 +77,9 @@ class CWindow {
     BOOL SetWindowPos(HWND after, int x, int y, int width, int height, UINT flags) const {
         return ::SetWindowPos(m_hWnd, after, x, y, width, height, flags);
     }
-    // To the middle of `center`; without one, of the owner, or for a child of the parent; without a visible
-    // one, of the work area. A top-level window is kept within the work area.
-    void CenterWindow(HWND center = nullptr) const;
+    // For a top-level window: to the middle of its owner, or of the work area without one that can be seen.
+    // It is kept within the work area.
+    void CenterWindow() const;
     void ScreenToClient(POINT& point) const { ::ScreenToClient(m_hWnd, &point); }
     void ClientToScreen(POINT& point) const { ::ClientToScreen(m_hWnd, &point); }
     // The region belongs to the window from then on.

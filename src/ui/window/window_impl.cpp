@@ -7,7 +7,12 @@ ATOM CWndClassInfo::Register() {
     WNDCLASSEXA data = {};
     data.cbSize = sizeof data;
     if (originalName != nullptr) {
-        if (!::GetClassInfoExA(nullptr, originalName, &data)) return 0;
+        // The common controls' classes belong to their library and are found from ours, the older ones from
+        // none.
+        if (!::GetClassInfoExA(AppModule().GetModuleInstance(), originalName, &data) &&
+            !::GetClassInfoExA(nullptr, originalName, &data)) {
+            return 0;
+        }
         original = data.lpfnWndProc;
         // A class of the system's kind is everybody's; ours is not, and hides none of the system's.
         data.style &= ~static_cast<UINT>(CS_GLOBALCLASS);
@@ -25,15 +30,4 @@ ATOM CWndClassInfo::Register() {
     data.lpszClassName = name != nullptr ? name : madeUp;
     atom = ::RegisterClassExA(&data);
     return atom;
-}
-
-HWND CContainedWindow::UnsubclassWindow() {
-    const HWND window = m_hWnd;
-    LeaveWindow();
-    return window;
-}
-
-BOOL CContainedWindow::HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                     LRESULT& result) {
-    return m_map->ProcessWindowMessage(window, message, wParam, lParam, result, m_mapId);
 }

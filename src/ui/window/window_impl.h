@@ -119,23 +119,31 @@ class CWindowImpl : public CWindowImplRoot<TBase> {
 
 // A window inside of another object, whose messages come to a map of that object: ALT_MSG_MAP(mapId). For a
 // control of which one or two messages are wanted.
-class CContainedWindow : public CWindow, public CWindowLayer {
+template <class TBase = CWindow>
+class CContainedWindowT : public TBase, public CWindowLayer {
   public:
     // `map` has to outlive this object; the object that has it as a member does.
-    CContainedWindow(CMessageMap* map, DWORD mapId) : m_map(map), m_mapId(mapId) {}
+    CContainedWindowT(CMessageMap* map, DWORD mapId) : m_map(map), m_mapId(mapId) {}
 
     BOOL SubclassWindow(HWND window) { return JoinWindow(window); }
-    HWND UnsubclassWindow();
-    BOOL DestroyWindow() { return ::DestroyWindow(m_hWnd); }
+    HWND UnsubclassWindow() {
+        const HWND window = this->m_hWnd;
+        LeaveWindow();
+        return window;
+    }
+    BOOL DestroyWindow() { return ::DestroyWindow(this->m_hWnd); }
     // What the window does without the map.
     LRESULT DefaultProc(UINT message, WPARAM wParam, LPARAM lParam) {
         return PassOn(message, wParam, lParam);
     }
 
   private:
-    BOOL HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
-    void SetHandle(HWND window) override { m_hWnd = window; }
+    BOOL HandleMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) final {
+        return m_map->ProcessWindowMessage(window, message, wParam, lParam, result, m_mapId);
+    }
+    void SetHandle(HWND window) final { this->m_hWnd = window; }
 
     CMessageMap* m_map;
     DWORD m_mapId;
 };
+using CContainedWindow = CContainedWindowT<>;
