@@ -1,23 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <string>
 
 #include "ui/screens/nav_layout.h"
-
-static bool operator==(const RECT& a, const RECT& b) {
-    return ::EqualRect(&a, &b);
-}
-static void PrintTo(const RECT& r, std::ostream* out) {
-    *out << r.left << ',' << r.top << ',' << r.right << ',' << r.bottom;
-}
 
 namespace {
 
 constexpr SIZE kPicture = {32, 24};
 constexpr SIZE kDefault = {800, 580};
 
-NavCaption CaptionOf(int width) {
-    return LayoutNavCaption(width, NavMetrics(), kPicture, kPicture, kPicture, 30);
+std::string Edges(const RECT& r) {
+    return std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) + "," +
+           std::to_string(r.bottom);
 }
 
 TEST(NavLayout, PanelsAndEntriesFollowTheSizeAndTheScale) {
@@ -26,55 +20,28 @@ TEST(NavLayout, PanelsAndEntriesFollowTheSizeAndTheScale) {
         float scale;
         bool sub;
         SIZE client;
-        RECT column, outer, inner, page, secondEntry;
+        // Column, outer and inner panel, page, second entry.
+        const char* edges;
     } kCases[] = {
-        {"the default size",
-         1,
-         false,
-         kDefault,
-         {6, 64, 142, 577},
-         {148, 61, 794, 574},
-         {154, 67, 788, 568},
-         {164, 112, 778, 558},
-         {6, 132, 142, 182}},
-        {"a broken scale is truncated",
-         1.25f,
-         false,
-         kDefault,
-         {6, 64, 174, 577},
-         {180, 61, 794, 574},
-         {186, 67, 788, 568},
-         {196, 118, 778, 558},
-         {6, 144, 174, 206}},
+        {"the default size", 1, false, kDefault,
+         "6,64,142,577 148,61,794,574 154,67,788,568 164,112,778,558 6,132,142,182"},
+        {"a broken scale is truncated", 1.25f, false, kDefault,
+         "6,64,174,577 180,61,794,574 186,67,788,568 196,118,778,558 6,144,174,206"},
         {"twice as large",
          2,
          false,
          {1600, 1160},
-         {6, 64, 272, 1157},
-         {278, 61, 1594, 1154},
-         {284, 67, 1588, 1148},
-         {294, 137, 1578, 1138},
-         {6, 182, 272, 282}},
-        {"sub-entries have a strip above the page",
-         1,
-         true,
-         kDefault,
-         {6, 64, 142, 577},
-         {148, 61, 794, 574},
-         {154, 155, 788, 568},
-         {164, 200, 778, 558},
-         {6, 132, 142, 182}},
+         "6,64,272,1157 278,61,1594,1154 284,67,1588,1148 294,137,1578,1138 6,182,272,282"},
+        {"sub-entries have a strip above the page", 1, true, kDefault,
+         "6,64,142,577 148,61,794,574 154,155,788,568 164,200,778,558 6,132,142,182"},
     };
     for (const auto& row : kCases) {
-        SCOPED_TRACE(row.name);
         const NavMetrics metrics = NavMetricsAt(row.scale);
         const NavLayout layout = LayoutNav(row.client, metrics, row.sub);
-        EXPECT_EQ(layout.column, row.column);
-        EXPECT_EQ(layout.outer, row.outer);
-        EXPECT_EQ(layout.inner, row.inner);
-        EXPECT_EQ(layout.page, row.page);
-        EXPECT_EQ(NavEntryRect(layout, metrics, 1), row.secondEntry);
-        EXPECT_EQ(layout.strip.bottom - layout.strip.top, row.sub ? 88 : 0);
+        EXPECT_EQ(Edges(layout.column) + " " + Edges(layout.outer) + " " + Edges(layout.inner) + " " +
+                      Edges(layout.page) + " " + Edges(NavEntryRect(layout, metrics, 1)),
+                  row.edges)
+            << row.name;
     }
 }
 
@@ -125,7 +92,7 @@ TEST(NavHitTest, EachPointHasItsMeaning) {
         {"left of the link", {749, 40}, HTCAPTION, HTCAPTION},
         {"the frame of a zoomed window", {-2, -2}, HTTOPLEFT, HTCAPTION},
     };
-    const NavCaption caption = CaptionOf(kDefault.cx);
+    const NavCaption caption = LayoutNavCaption(kDefault.cx, NavMetrics(), kPicture, kPicture, kPicture, 30);
     for (const auto& row : kCases) {
         SCOPED_TRACE(row.name);
         EXPECT_EQ(NavHitTest(row.point, kDefault, NavMetrics(), caption, {}), row.normal);
@@ -139,27 +106,24 @@ TEST(NavLayout, AWindowOpensInTheMiddleAndFits) {
         const char* name;
         RECT work;
         SIZE size, minimum;
-        RECT place;
+        const char* place;
     } kCases[] = {
-        {"as large as it likes", {0, 0, 1920, 1040}, kDefault, {}, {560, 230, 1360, 810}},
-        {"on a second monitor", {1920, 100, 2944, 868}, kDefault, {}, {2032, 194, 2832, 774}},
-        {"a small work area", {0, 30, 640, 480}, kDefault, {}, {0, 30, 640, 480}},
-        {"no smaller than its minimum", {0, 0, 1920, 1040}, kDefault, {1000, 700}, {460, 170, 1460, 870}},
-        {"which yields to the work area", {0, 0, 900, 600}, kDefault, {1000, 700}, {0, 0, 900, 600}},
-        {"no size of its own", {0, 0, 1000, 500}, {0, 0}, {}, {100, 50, 900, 450}},
-        {"and a narrow work area", {0, 0, 800, 500}, {0, 0}, {}, {0, 0, 800, 500}},
+        {"as large as it likes", {0, 0, 1920, 1040}, kDefault, {}, "560,230,1360,810"},
+        {"on a second monitor", {1920, 100, 2944, 868}, kDefault, {}, "2032,194,2832,774"},
+        {"a small work area", {0, 30, 640, 480}, kDefault, {}, "0,30,640,480"},
+        {"no smaller than its minimum", {0, 0, 1920, 1040}, kDefault, {1000, 700}, "460,170,1460,870"},
+        {"which yields to the work area", {0, 0, 900, 600}, kDefault, {1000, 700}, "0,0,900,600"},
+        {"no size of its own", {0, 0, 1000, 500}, {0, 0}, {}, "100,50,900,450"},
+        {"and a narrow work area", {0, 0, 800, 500}, {0, 0}, {}, "0,0,800,500"},
     };
     for (const auto& row : kCases) {
-        EXPECT_EQ(NavDefaultPlace(row.work, row.size, row.minimum), row.place) << row.name;
+        EXPECT_EQ(Edges(NavDefaultPlace(row.work, row.size, row.minimum)), row.place) << row.name;
     }
     MINMAXINFO limits = {};
     LimitNavWindow(limits, {1920, 40, 2944, 808}, {1920, 0, 2944, 808}, {3, 4}, {600, 900});
-    EXPECT_EQ(limits.ptMaxPosition.x, -3);
-    EXPECT_EQ(limits.ptMaxPosition.y, 36);
-    EXPECT_EQ(limits.ptMaxSize.x, 1030);
-    EXPECT_EQ(limits.ptMaxSize.y, 776);
-    EXPECT_EQ(limits.ptMinTrackSize.x, 600);
-    EXPECT_EQ(limits.ptMinTrackSize.y, 768);
+    const POINT place = limits.ptMaxPosition, size = limits.ptMaxSize, least = limits.ptMinTrackSize;
+    EXPECT_EQ(Edges({place.x, place.y, size.x, size.y}), "-3,36,1030,776");
+    EXPECT_EQ(Edges({0, 0, least.x, least.y}), "0,0,600,768") << "the minimum yields to the work area";
 }
 
 }  // namespace
