@@ -24,8 +24,12 @@ class ProgramRun {
     bool IsRunning() const;
     // Its visible top window of this title, waited for; null if there is none in the end.
     HWND AwaitWindow(const char* title) const;
+    // The same for one that belongs to another window, a message box.
+    HWND AwaitBox(const char* title) const;
 
   private:
+    HWND Await(const char* title, bool owned) const;
+
     UniqueHandle m_process;
     DWORD m_id = 0;
 };
