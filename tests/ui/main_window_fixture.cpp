@@ -10,7 +10,7 @@ constexpr ULONGLONG kLimit = 20000;  // ms
 constexpr int kPages = 5;
 
 // The pages in the order of their entries.
-constexpr UINT kPageTitles[kPages] = {0, IDS_PAGE_SETTINGS, IDS_PAGE_SCHEDULE, IDS_PAGE_SHREDDER,
+constexpr UINT kPageTitles[kPages] = {IDS_PAGE_SCAN, IDS_PAGE_SETTINGS, IDS_PAGE_SCHEDULE, IDS_PAGE_SHREDDER,
                                       IDS_PAGE_ABOUT};
 
 LPARAM PointParam(POINT point) {
@@ -80,13 +80,7 @@ bool MainWindow::PumpUntil(const std::function<bool()>& condition) {
 }
 
 HWND MainWindow::Page(int index) const {
-    if (index > 0) {
-        return ::FindWindowExA(window->m_hWnd, nullptr, nullptr, ResourceText(kPageTitles[index]).c_str());
-    }
-    for (HWND page = ::GetWindow(window->m_hWnd, GW_CHILD); page; page = ::GetWindow(page, GW_HWNDNEXT)) {
-        if (::GetDlgItem(page, IDC_SCAN_START) != nullptr) return page;
-    }
-    return nullptr;
+    return ::FindWindowExA(window->m_hWnd, nullptr, nullptr, ResourceText(kPageTitles[index]).c_str());
 }
 
 int MainWindow::ShownPage() const {

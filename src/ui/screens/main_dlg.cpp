@@ -67,6 +67,8 @@ void CMainDlg::CreateScreens() {
 void CMainDlg::AddPage(UINT titleId, const char* image, HWND window, int page) {
     NavEntry entry;
     entry.title = ResourceText(titleId);
+    // The page shows no caption; a screen reader says it when the focus comes into the page.
+    CWindow(window).SetText(entry.title.c_str());
     entry.image = LoadThemeImage(image);
     entry.window = window;
     entry.page = page;

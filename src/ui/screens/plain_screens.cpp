@@ -1,16 +1,10 @@
 #include "ui/screens/plain_screens.h"
 
-#include "app/resources.h"
 #include "ui/theme/theme.h"
 
 HWND CPlainScreen::Create(HWND parent, ICommonInterface* common) {
     m_pInterface = common;
     return CDialogImpl<CPlainScreen>::Create(parent);
-}
-
-LRESULT CPlainScreen::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&) {
-    SetText(ResourceText(m_titleId).c_str());
-    return FALSE;
 }
 
 LRESULT CPlainScreen::OnColor(UINT, WPARAM, LPARAM, BOOL&) {

@@ -11,9 +11,6 @@ class CPlainScreen : public CDialogImpl<CPlainScreen> {
   public:
     enum { IDD = IDD_PLAIN_SCREEN };
 
-    // `titleId` is the page's name for who cannot see it.
-    explicit CPlainScreen(UINT titleId) : m_titleId(titleId) {}
-
     // `common` outlives the dialog.
     HWND Create(HWND parent, ICommonInterface* common);
 
@@ -21,22 +18,17 @@ class CPlainScreen : public CDialogImpl<CPlainScreen> {
     BOOL PreTranslateMessage(MSG*) { return FALSE; }
 
     BEGIN_MSG_MAP(CPlainScreen)
-        MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
         MESSAGE_HANDLER(WM_CTLCOLORDLG, OnColor)
     END_MSG_MAP()
 
   private:
-    LRESULT OnInitDialog(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnColor(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
 
-    UINT m_titleId;
     ICommonInterface* m_pInterface = nullptr;
 };
 
 class CDlgSettings : public CPlainScreen {
   public:
-    CDlgSettings() : CPlainScreen(IDS_PAGE_SETTINGS) {}
-
     // The tree that a listing fills.
     void ClearTree() {}
 
@@ -55,19 +47,11 @@ class CDlgSettings : public CPlainScreen {
 
 class CDlgAbout : public CPlainScreen {
   public:
-    CDlgAbout() : CPlainScreen(IDS_PAGE_ABOUT) {}
-
     // Enter presses the button that has the focus.
     // kept: whosever button it is, this page gets its command.
     BOOL PreTranslateMessage(MSG* message);
 };
 
-class CDlgShredder : public CPlainScreen {
-  public:
-    CDlgShredder() : CPlainScreen(IDS_PAGE_SHREDDER) {}
-};
+class CDlgShredder : public CPlainScreen {};
 
-class CDlgSchedule : public CPlainScreen {
-  public:
-    CDlgSchedule() : CPlainScreen(IDS_PAGE_SCHEDULE) {}
-};
+class CDlgSchedule : public CPlainScreen {};
