@@ -5,12 +5,12 @@
 #                                          CATEGORY[/APPLICATION[/ENTITY]]
 #        definitions.sh coverage           writes docs/coverage.md
 #        definitions.sh coverage --check   fails when docs/coverage.md is not what would be written
-# Runs build/x64/bin/velvane-defs.exe; with DEFINITIONS=FOLDER on the sources, pictures and never.txt of that folder.
+# Runs build/x64/bin/velvane-defs.exe, or VELVANE_DEFS=PROGRAM; with DEFINITIONS=FOLDER on the sources, pictures and never.txt of that folder.
 set -euo pipefail
 source "${BASH_SOURCE[0]%/*}/lib.sh"
 cd -- "$VELVANE_ROOT"
 
-readonly PROGRAM=build/x64/bin/velvane-defs.exe FOLDER=${DEFINITIONS:-definitions} PAGE=docs/coverage.md
+readonly PROGRAM=${VELVANE_DEFS:-build/x64/bin/velvane-defs.exe} FOLDER=${DEFINITIONS:-definitions} PAGE=docs/coverage.md
 [[ -f $PROGRAM ]] || die "$PROGRAM is missing: cmake --build --preset x64 --target velvane-defs"
 export VELVANE_PREFIX=${VELVANE_PREFIX:-definitions}
 
@@ -25,7 +25,7 @@ hand_in() {
 # Its messages name the files as the host does.
 defs() {
     local status=0
-    scripts/contained-wine $PROGRAM "$@" 2>&1 </dev/null | tr -d '\r' |
+    scripts/contained-wine "$PROGRAM" "$@" 2>&1 </dev/null | tr -d '\r' |
         sed -E "s#^(velvane-defs: )?definitions\\\\([^:]*)#\1$FOLDER/\2#; s#definitions\\\\([^ :]*:[0-9])#$FOLDER/\1#g" ||
         status=${PIPESTATUS[0]}
     return $status

@@ -40,8 +40,8 @@ ExitCode Tell(const CheckResult& result) {
         Print("Findings: " + std::to_string(result.findings.size()) + ".\n");
         return ExitCode::Findings;
     }
-    Print("Clean: " + std::to_string(result.applications) + " applications, " +
-          std::to_string(result.entities) + " entities, " + std::to_string(result.items) + " items.\n");
+    Print("Clean. Applications: " + std::to_string(result.applications) + ", entities: " +
+          std::to_string(result.entities) + ", items: " + std::to_string(result.items) + ".\n");
     return ExitCode::Done;
 }
 

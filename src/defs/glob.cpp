@@ -61,6 +61,11 @@ std::vector<Glob> PatternGlobs(std::string_view pattern) {
 
 // A walk over the pairs of places that one common text can reach.
 bool Meet(const Glob& a, const Glob& b) {
+    // Most globs part in their first characters, and are many.
+    for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
+        if (a[i].fits != GlobPart::Fits::Literal || b[i].fits != GlobPart::Fits::Literal) break;
+        if (a[i].literal != b[i].literal) return false;
+    }
     const std::size_t width = b.size() + 1;
     std::vector<bool> seen((a.size() + 1) * width);
     std::vector<std::pair<std::size_t, std::size_t>> open;

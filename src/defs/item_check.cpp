@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <cstring>
+#include <utility>
+
 #include "base/ini_value_name.h"
 #include "defs/path_faults.h"
 #include "engine/registry_location.h"
@@ -13,18 +16,19 @@ ItemCheck::ItemCheck(KnownVariables& variables, const NeverList& never, std::vec
 
 void ItemCheck::Check(const SourceDocument& source, const pugi::xml_node& node) {
     const ItemElement element = ReadItemElement(node);
-    if (!IsComplete(element)) {
-        const char* missing = !element.type ? "Type" : !element.location ? "Location" : "Action";
-        m_findings.push_back(source.FindingAt(node, std::string("no ") + missing + ": dropped"));
-        return;
-    }
     const auto report = [&](const char* attribute, const std::string& reason) {
         const pugi::xml_attribute place = node.attribute(attribute);
         m_findings.push_back(place ? source.FindingAt(place, reason) : source.FindingAt(node, reason));
     };
-    if (ItemActionOf(element.action) == ItemAction::Invalid) {
+    for (const auto& [name, value] :
+         {std::pair("Type", element.type), std::pair("Location", element.location),
+          std::pair("Action", element.action)}) {
+        if (!value) report(name, std::string("no ") + name + ": dropped");
+    }
+    if (element.action && ItemActionOf(element.action) == ItemAction::Invalid) {
         report("Action", "'" + std::string(element.action) + "' is no action (Delete, All): dropped");
     }
+    if (!element.type) return;
     const ItemType type = ItemTypeOf(element.type);
     if (type == ItemType::Unknown) {
         return report("Type", "'" + std::string(element.type) +
@@ -32,6 +36,7 @@ void ItemCheck::Check(const SourceDocument& source, const pugi::xml_node& node) 
     }
     if (std::string fault = ValueNameFault(type, element.valueName); !fault.empty())
         report("ValueName", fault);
+    if (!element.location) return;
     if (std::string fault = LocationFault(type, element.location); !fault.empty()) {
         return report("Location", fault);
     }
@@ -75,6 +80,12 @@ std::string ItemCheck::PathItemFault(ItemType type, const char* location) {
     // The value's last folder would be taken for a mask.
     if (type == ItemType::Directory && std::string_view(location).ends_with('%')) {
         return "a folder needs a backslash at its end";
+    }
+    const char* mask = type == ItemType::Directory ? SplitFolderLocation(named).mask : nullptr;
+    if (mask && !std::strpbrk(mask, "*?`.")) {
+        return std::string("'") + mask +
+               "' is a mask for files at any depth; end a folder with a backslash, or write `" + mask +
+               " if a mask is meant";
     }
     if (here.size() >= kPathCapacity) return "more than 259 characters: finds nothing";
     return {};

@@ -25,27 +25,6 @@ ItemElement ReadItemElement(const pugi::xml_node& node) {
             AttributeOrNull(node, "ValueName")};
 }
 
-ItemType ItemTypeOf(std::string_view text) {
-    if (text == "RegValue") return ItemType::RegValue;
-    if (text == "RegKey") return ItemType::RegKey;
-    if (text == "File") return ItemType::File;
-    if (text == "Folder") return ItemType::Directory;
-    if (text == "IniValue") return ItemType::IniValue;
-    return ItemType::Unknown;
-}
-
-ItemAction ItemActionOf(std::string_view text) {
-    if (text == "Delete") return ItemAction::Delete;
-    if (text == "All") return ItemAction::All;
-    return ItemAction::Invalid;
-}
-
-bool HasNeededValueName(ItemType type, const char* valueName) {
-    if (type == ItemType::RegValue) return valueName && *valueName;
-    if (type == ItemType::IniValue) return valueName && valueName[0] == '[';
-    return true;
-}
-
 VariableElement ReadVariableElement(const pugi::xml_node& node) {
     return {AttributeOrNull(node, "Name"), AttributeOrNull(node, "Type"), AttributeOrNull(node, "Location"),
             AttributeOrNull(node, "ValueName"), AttributeOrNull(node, "Section")};

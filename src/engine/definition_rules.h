@@ -42,8 +42,20 @@ inline bool IsComplete(const ItemElement& element) {
     return element.type && element.location && element.action;
 }
 
-ItemType ItemTypeOf(std::string_view text);
-ItemAction ItemActionOf(std::string_view text);
+inline ItemType ItemTypeOf(std::string_view text) {
+    if (text == "RegValue") return ItemType::RegValue;
+    if (text == "RegKey") return ItemType::RegKey;
+    if (text == "File") return ItemType::File;
+    if (text == "Folder") return ItemType::Directory;
+    if (text == "IniValue") return ItemType::IniValue;
+    return ItemType::Unknown;
+}
+
+inline ItemAction ItemActionOf(std::string_view text) {
+    if (text == "Delete") return ItemAction::Delete;
+    if (text == "All") return ItemAction::All;
+    return ItemAction::Invalid;
+}
 
 inline bool IsRegistryType(ItemType type) {
     return type == ItemType::RegValue || type == ItemType::RegKey;
@@ -59,7 +71,11 @@ inline bool IsAskedForFixedDrive(ItemType type, const char* location) {
 }
 
 // Whether a RegValue or IniValue has the name that it needs; the other types need none.
-bool HasNeededValueName(ItemType type, const char* valueName);
+inline bool HasNeededValueName(ItemType type, const char* valueName) {
+    if (type == ItemType::RegValue) return valueName && *valueName;
+    if (type == ItemType::IniValue) return valueName && valueName[0] == '[';
+    return true;
+}
 
 // The attributes of a location variable, null where one is missing.
 struct VariableElement {

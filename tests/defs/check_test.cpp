@@ -60,6 +60,13 @@ const CheckCase kItems[] = {
     {R"(<i Type='Folder' Location='%reg%\x\' Action='Delete'/>)", ""},
     {R"(<i Type='Folder' Location='%RecycleBin%\' Action='All'/>)", ""},
     {R"(<i Location='C:\a' Action='All'/>)", "3:1 no Type: dropped"},
+    {R"(<i Type='File' Location='%no%\a' action='All'/>)",
+     "3:1 no Action: dropped\n3:16 nothing defines %no%: finds nothing\n3:34 action is not read here"},
+    {R"(<i Type='Folder' Location='%sys%\Cache' Action='All'/>)",
+     "3:18 'Cache' is a mask for files at any depth; end a folder with a backslash, or write `Cache if a "
+     "mask is "
+     "meant"},
+    {R"(<i Type='Folder' Location='%sys%\`Cache' Action='All'/>)", ""},
     {R"(<i Type='File' Action='All'/>)", "3:1 no Location: dropped"},
     {R"(<i Type='File' Location='C:\a'/>)", "3:1 no Action: dropped"},
     {R"(<i Type='File' Location='C:\a' Action='delete'/>)",
@@ -166,6 +173,10 @@ const CheckCase kDocuments[] = {
     {Rooted("<Category Name='C' Default='0'><Application Name=''/></Category>"),
      "2:20 Default is not read here\n2:32 an empty Name: dropped"},
     {Rooted("<Category Name='C'><Application Name='A'/></Category>"), "2:20 no Entity in it: dropped"},
+    {Rooted("<Category Name='C' "
+            "Image='iVBORw0KGgoAAAANSUhEUgAAAAIAAAADCAIAAAA2iEnWAAAAEElEQVR42mP4z8AARAwoFABE0AX7TM5x"
+            "DwAAAABJRU5ErkJggg=='/>"),
+     "2:1 no Application in it: dropped"},
     {Rooted("<Category Name='C'><Application Name='A' Image='AAAA' Default='No'\nInstallLocation='%x%\\y'>"
             "<Entity Name='E' Default='n' Whitelist='yes'/></Application></Category>"),
      "2:42 no picture that Windows can draw: left out\n"

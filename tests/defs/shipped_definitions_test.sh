@@ -6,7 +6,7 @@ set -euo pipefail
 
 cd -- "${BASH_SOURCE[0]%/*}/../.."
 program=$1 database=$2
-export VELVANE_PREFIX=${VELVANE_PREFIX:-shipped-definitions-$$}
+export VELVANE_PREFIX=${VELVANE_PREFIX:-shipped-definitions-$$} VELVANE_DEFS=$1
 log=$(mktemp) folder=$(mktemp -d)
 trap 'scripts/contained-wine --remove "$VELVANE_PREFIX" || true; rm -rf -- "$log" "$folder"' EXIT
 
