@@ -208,7 +208,7 @@ int DeleteResults(BenchTree& bench, int count) {
 // Jumps to places all over both trees, in turns; of each place the shortest of its tries.
 void MeasurePaints(BenchTree& few, BenchTree& many, Table& table) {
     constexpr int kJumps = 100;
-    constexpr int kTries = 3;
+    constexpr int kTries = 5;
     std::vector<double> fewTimes(kJumps, 1), manyTimes(kJumps, 1);
     BenchTree::Pump();
     for (int i = 0; i < kJumps * kTries; ++i) {

@@ -7,6 +7,11 @@
 #define IDD_SCAN 479
 #define IDD_CONFIRM 220
 #define IDD_RESTART 221
+#define IDD_PLAIN_SCREEN 222       // of a page that has none of its own yet
+#define IDD_ABOUT 340
+#define IDD_SHREDDER 480
+#define IDD_SETTINGS 483
+#define IDD_SCHEDULE 549
 
 // The first page. The three unused texts are never shown.
 #define IDC_SCAN_TREE_PLACE 1015   // where the tree is made

@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -11,9 +9,7 @@
 #include "ui/theme/theme.h"
 #include "ui/window/window_impl.h"
 
-// velvane-gallery                 shows each panel in a window; the left and right arrow keys turn the pages,
-// + and -
-//                                 the scale
+// velvane-gallery                 shows a panel; left and right turn the pages, + and - change the scale
 // velvane-gallery --save FOLDER   writes each panel at four scales as FOLDER\NAME-SCALE.png
 
 namespace {
@@ -139,7 +135,6 @@ int ShowAll() {
 
 int main(int argc, char** argv) {
     ::CoInitialize(nullptr);
-    ::InitCommonControls();
     if (!g_Theme.Start()) {
         std::fprintf(stderr, "GDI+ does not start\n");
         return 1;

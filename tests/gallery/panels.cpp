@@ -402,6 +402,10 @@ std::vector<GalleryPanel> GalleryPanels() {
         {"groups", {505, 310}, MakeGroups},
         {"dialogs", {340, 340}, MakeDialogs},
         {"tips", {400, 380}, MakeTips},
-        // Here the tree adds its own: {"tree", {500, 380}, MakeTree}.
+        {"tree-results", {500, 380}, MakeResultsTree},
+        {"tree-running", {380, 380}, MakeRunningTree},
+        {"tree-definitions", {500, 380}, MakeDefinitionsTree},
+        {"tree-odd", {500, 320}, MakeOddTree},
+        {"tree-narrow", {230, 380}, MakeNarrowTree},
     };
 }

@@ -1,4 +1,7 @@
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <oleacc.h>
 
 #include "tree_window.h"
 
@@ -279,6 +282,39 @@ TEST(ScanTreeTips, ResultsShowTheirLabelsAndOthersTheirHelp) {
     EXPECT_EQ(tipAt({300, 390, 1, 1}), "none");
     window.tree.Send(WM_MOUSEMOVE, 0, MAKELPARAM(200, 20));
     EXPECT_EQ(::GetFocus(), window.tree.m_hWnd) << "the wheel goes to what the mouse is over";
+
+    // The tip has the text as soon as the pointer has rested.
+    const HWND tip = ::FindWindowA("VelvaneImageTooltip", nullptr);
+    const RowRect title = window.PartsOf(window.Row("c0r")).title;
+    POINT place = {title.x + 10, title.y + 10};
+    window.tree.ClientToScreen(place);
+    ::SetCursorPos(place.x, place.y);
+    window.tree.Send(WM_TIMER, 1001);
+    char text[80] = {};
+    TOOLINFOA tool = {};
+    tool.cbSize = TTTOOLINFOA_V1_SIZE;
+    tool.hwnd = window.tree;
+    tool.uFlags = TTF_IDISHWND;
+    tool.uId = reinterpret_cast<UINT_PTR>(window.tree.m_hWnd);
+    tool.lpszText = text;
+    ::SendMessageA(tip, TTM_GETTEXTA, 80, reinterpret_cast<LPARAM>(&tool));
+    EXPECT_STREQ(text, "c0r");
+}
+
+TEST(ScanTreeNames, ScreenReadersAreToldTheWindowsText) {
+    TreeWindow window;
+    IAccessible* object = nullptr;
+    ASSERT_EQ(::AccessibleObjectFromWindow(window.tree, static_cast<DWORD>(OBJID_CLIENT),
+                                           __uuidof(IAccessible), reinterpret_cast<void**>(&object)),
+              S_OK);
+    VARIANT self = {};
+    self.vt = VT_I4;
+    self.lVal = CHILDID_SELF;
+    BSTR name = nullptr;
+    object->get_accName(self, &name);
+    EXPECT_EQ(std::wstring(name != nullptr ? name : L""), L"Traces");
+    ::SysFreeString(name);
+    object->Release();
 }
 
 }  // namespace

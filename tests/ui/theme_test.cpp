@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 #include <string>
 
 #include "ui/painted.h"
@@ -65,15 +63,6 @@ TEST(ThemePlaces, LengthsAreTruncatedAfterScaling) {
     EXPECT_EQ(Scaled(60, 2), 120);
 }
 
-TEST(ThemePlaces, ACornerIsNoLargerThanItsRectangle) {
-    const Gdiplus::RectF rect(0, 0, 40, 20);
-    EXPECT_EQ(CornerExtent(rect, 8), 8);
-    EXPECT_EQ(CornerExtent(rect, 1000), 20);
-    EXPECT_EQ(CornerExtent(rect, -8), 0);
-    EXPECT_EQ(CornerExtent(rect, std::numeric_limits<float>::quiet_NaN()), 0);
-    EXPECT_EQ(CornerExtent(Gdiplus::RectF(0, 0, -5, 20), 8), 0);
-}
-
 TEST(ThemePlaces, AButtonsTextMakesRoomForItsPicture) {
     const RECT item = {10, 10, 110, 40};
     const GlassButtonLayout plain = LayoutGlassButton(item, {0, 0}, false);
@@ -127,19 +116,6 @@ TEST(ThemePlaces, ADialogStartsWithinTheScreen) {
     EXPECT_EQ(TitleHeight(0, 20), 24);
 }
 
-TEST(ThemePlaces, ADialogsTitleHoldsItsPartsSideBySide) {
-    const auto full = LayoutDialogFrame({300, 200}, 24, {20, 20}, 1, true);
-    EXPECT_EQ(full.title, (RECT{1, 1, 299, 25}));
-    EXPECT_EQ(full.icon, (RECT{7, 3, 27, 23}));
-    EXPECT_EQ(full.close, (RECT{277, 5, 293, 21}));
-    EXPECT_EQ(full.caption, (RECT{33, 1, 271, 25}));
-    const auto bare = LayoutDialogFrame({300, 200}, 24, {0, 0}, 1, false);
-    EXPECT_EQ(bare.caption, (RECT{7, 1, 293, 25}));
-    EXPECT_TRUE(::IsRectEmpty(&bare.close));
-    const RECT none = LayoutDialogFrame({10, 10}, 24, {20, 20}, 1, true).caption;
-    EXPECT_TRUE(::IsRectEmpty(&none));
-}
-
 TEST(ThemePlaces, ATipTakesThePicturesSize) {
     const struct {
         SIZE picture, shown;
@@ -148,22 +124,6 @@ TEST(ThemePlaces, ATipTakesThePicturesSize) {
     for (const auto& row : tips) {
         const SIZE shown = TipPictureSize(row.picture);
         EXPECT_TRUE(shown.cx == row.shown.cx && shown.cy == row.shown.cy) << row.picture.cx;
-    }
-    WINDOWPOS position = {nullptr, nullptr, 500, 220, 90, 20, SWP_NOSIZE | SWP_NOACTIVATE};
-    PlacePictureTip(position, {100, 200}, {300, 187});
-    EXPECT_EQ((RECT{position.x, position.y, position.cx, position.cy}), (RECT{120, 220, 300, 187}));
-    EXPECT_EQ(position.flags, static_cast<UINT>(SWP_NOACTIVATE));
-
-    const struct {
-        SIZE picture, fitted;
-    } fits[] = {{{600, 300}, {300, 150}},
-                {{300, 300}, {300, 300}},
-                {{20, 20}, {20, 20}},
-                {{301, 2}, {300, 1}},
-                {{65535, 1}, {300, 1}}};
-    for (const auto& row : fits) {
-        const SIZE fitted = FitWithin(row.picture, {300, 300});
-        EXPECT_TRUE(fitted.cx == row.fitted.cx && fitted.cy == row.fitted.cy) << row.picture.cx;
     }
 }
 
@@ -202,20 +162,6 @@ TEST_F(Theme, OnlyASquareOutlineShrinks) {
         EXPECT_EQ(square.At(5, 5), RGB(0x2F, 0x2F, 0x2F));
         EXPECT_EQ(square.At(6, 6), Painted::kGround);
     }
-}
-
-TEST_F(Theme, EmptyShapesDrawNothing) {
-    const Painted nothing(20, 20, [](HDC dc) {
-        Gdiplus::Graphics g(dc);
-        for (const Gdiplus::RectF& rect : {Gdiplus::RectF(5, 5, 0, 9), Gdiplus::RectF(5, 5, 9, -1),
-                                           Gdiplus::RectF(5, 5, std::nanf(""), 9)}) {
-            DrawRoundRect(g, rect, g_Theme.text, 1, 8);
-            FillRoundRect(g, rect, g_Theme.text, 8);
-            FillGradient(g, rect, g_Theme.text, g_Theme.white, 8);
-            FillRadial(g, rect, g_Theme.text, g_Theme.white, {}, 8);
-        }
-    });
-    EXPECT_EQ(nothing.BoundsOfInk(), RECT{});
 }
 
 // --- text and fonts ---
@@ -285,20 +231,6 @@ TEST_F(Theme, WhatDoesNotFitEndsInAnEllipsis) {
     EXPECT_TRUE(paint("short") == paint("short\nsecond")) << "one line has room for the first";
 }
 
-TEST_F(Theme, AHotkeysMarkIsNotALetter) {
-    const auto paint = [](const char* text, Gdiplus::HotkeyPrefix hotkey) {
-        return Painted(60, 24, [=](HDC dc) {
-            Gdiplus::Graphics g(dc);
-            TextStyle style;
-            style.hotkey = hotkey;
-            g_Theme.DrawText(g, text, {0, 0, 60, 20}, style);
-        });
-    };
-    EXPECT_TRUE(paint("&Stop", Gdiplus::HotkeyPrefixHide) == paint("Stop", Gdiplus::HotkeyPrefixNone));
-    EXPECT_FALSE(paint("&Stop", Gdiplus::HotkeyPrefixShow) == paint("Stop", Gdiplus::HotkeyPrefixNone));
-    EXPECT_FALSE(paint("&Stop", Gdiplus::HotkeyPrefixNone) == paint("Stop", Gdiplus::HotkeyPrefixNone));
-}
-
 TEST_F(Theme, AGdiFontIsThatOfMessageBoxes) {
     NONCLIENTMETRICSA metrics = {};
     metrics.cbSize = sizeof metrics;
@@ -330,14 +262,8 @@ TEST(ThemeLife, StopsAndStartsAgain) {
     for (int round = 0; round < 2; ++round) {
         EXPECT_FALSE(g_Theme.textBrush.has_value());
         EXPECT_TRUE(g_Theme.Start());
-        EXPECT_TRUE(g_Theme.Start());
         EXPECT_EQ(g_Theme.active, 1);
         EXPECT_EQ(g_Theme.Accent().GetValue(), 0xFFBE3700);
-        EXPECT_EQ(g_Theme.font18->GetLastStatus(), Gdiplus::Ok);
-        LOGBRUSH brush = {};
-        EXPECT_NE(::GetObjectA(g_Theme.backgroundGdiBrush, sizeof brush, &brush), 0);
-        EXPECT_EQ(brush.lbColor, RGB(0xF5, 0xF5, 0xF5));
-        g_Theme.Stop();
         g_Theme.Stop();
     }
 }

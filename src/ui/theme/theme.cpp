@@ -45,8 +45,10 @@ void TrimToWidth(const Gdiplus::Graphics& g, std::wstring& text, const Gdiplus::
     if (text.size() <= most && fits(text)) return;
     const auto shortened = [&](std::size_t length) {
         std::wstring line = text.substr(0, length);
-        // Half of a pair, and a mark whose letter is gone, would show.
-        while (!line.empty() && (IS_HIGH_SURROGATE(line.back()) || line.back() == L'&')) line.pop_back();
+        // Half of a pair, a mark whose letter is gone and a gap would show.
+        while (!line.empty() &&
+               (IS_HIGH_SURROGATE(line.back()) || line.back() == L'&' || line.back() == L' '))
+            line.pop_back();
         return line + L"...";
     };
     std::size_t low = 0, high = std::min(text.size(), most);
