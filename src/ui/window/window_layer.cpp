@@ -67,6 +67,11 @@ void RestoreProcedure(const WindowRecord& record) {
     EraseRecord(record.window);
 }
 
+// The procedure of a dialog that is bound: all it has to say is said before.
+INT_PTR CALLBACK AnswerNothing(HWND, UINT, WPARAM, LPARAM) noexcept {
+    return FALSE;
+}
+
 // The messages whose answer a dialog procedure returns itself; for all others it says only whether there is
 // one.
 bool AnswersDirectly(UINT message) {
@@ -144,6 +149,9 @@ INT_PTR CALLBACK CWindowLayer::DialogProc(HWND window, UINT message, WPARAM wPar
     if (g_pending == nullptr || g_pending->original != nullptr || g_pending->layer == nullptr) return FALSE;
     CWindowLayer* const layer = std::exchange(g_pending->layer, nullptr);
     if (!layer->JoinWindow(window)) return FALSE;
+    // A dialog that is bound goes on asking its dialog procedure, and the next dialog makes it do so, as its
+    // owner, while it is being created itself.
+    ::SetWindowLongPtrA(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(AnswerNothing));
     // From the next message on the object is asked ahead of the dialog's own procedure. This one has come
     // through it already, so it is answered in a dialog procedure's way.
     LRESULT result = 0;
