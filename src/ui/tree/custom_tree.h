@@ -17,8 +17,8 @@
 // wParam a CCustomTree::Insertion, of which the tree takes the data whatever comes of it; lParam 1 asks the
 // tree to follow its end. The new node; null when there is no parent or no memory.
 inline constexpr UINT WM_TREE_INSERT = WM_USER + 0x202;
-// wParam the node, which goes with all that is below it. lParam 0 leaves the scroll bar to the next paint: for
-// who takes away many.
+// wParam the node, which goes with all that is below it. lParam 0 leaves the scroll bar to the next paint:
+// for who takes away many.
 inline constexpr UINT WM_TREE_DELETE = WM_USER + 0x203;
 static_assert(WM_TREE_INSERT == 0x602 && WM_TREE_DELETE == 0x603, "the numbers are fixed");
 
@@ -119,6 +119,7 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
         MESSAGE_HANDLER(WM_KILLFOCUS, OnFocusChanged)
         MESSAGE_HANDLER(WM_UPDATEUISTATE, OnFocusChanged)
         MESSAGE_HANDLER(WM_SETREDRAW, OnSetRedraw)
+        REFLECT_NOTIFICATIONS()
     END_MSG_MAP()
 
   protected:
@@ -134,8 +135,8 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
   private:
     static constexpr UINT kIgnoredMessage = WM_USER + 0x102;
     static constexpr UINT_PTR kTipTimer = 1001;
-    static constexpr int kLine = 32;       // pixels of a scroll by one line
-    static constexpr int kEndSpace = 6;    // below the last row
+    static constexpr int kLine = 32;        // pixels of a scroll by one line
+    static constexpr int kEndSpace = 6;     // below the last row
     static constexpr int kSearching = 128;  // m_clickResult while no row is found
 
     // Holder of the root and of all nodes' memory.

@@ -218,7 +218,7 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnMouseWheel(UINT, WPARAM wParam, LPARAM,
 // --- tips
 
 CUSTOM_TREE void CUSTOM_TREE_CLASS::CreateToolTip() {
-    if (m_toolTip.Create(this->m_hWnd, nullptr, nullptr, WS_POPUP | TTS_NOPREFIX) == nullptr) return;
+    if (m_toolTip.Create(this->m_hWnd) == nullptr) return;
     TOOLINFOA tool = {};
     tool.cbSize = TTTOOLINFOA_V1_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;

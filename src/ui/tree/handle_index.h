@@ -67,9 +67,7 @@ class HandleIndex {
         const std::size_t index = spread & (2 * m_half - 1);
         return index < m_chains ? index : spread & (m_half - 1);
     }
-    TNode*& Chain(std::size_t index) const {
-        return m_segments[index / kSegment]->chains[index % kSegment];
-    }
+    TNode*& Chain(std::size_t index) const { return m_segments[index / kSegment]->chains[index % kSegment]; }
 
     void Grow() {
         const std::size_t fresh = m_chains++;

@@ -11,10 +11,11 @@ struct tagNODE_DATA {
     DWORD type = 0;  // the level, RowLevel
     // Icon of a category, or null. Not owned: it has to live as long as the row.
     Gdiplus::Bitmap* image = nullptr;
-    char* label = nullptr;   // text of the row, from the C library's heap; owned
-    char* help = nullptr;    // second line of a category, tip of the others; owned, may be null
-    DWORD total = 0;         // leaves below it
-    DWORD checkedCount = 0;  // those that were checked when they came, corrected at each change of a check box
+    char* label = nullptr;  // text of the row, from the C library's heap; owned
+    char* help = nullptr;   // second line of a category, tip of the others; owned, may be null
+    DWORD total = 0;        // leaves below it
+    DWORD checkedCount =
+        0;  // those that were checked when they came, corrected at each change of a check box
     HSCANITEM handle = nullptr;
 
     tagNODE_DATA() = default;

@@ -26,12 +26,12 @@ enum RowLevel : std::uint32_t { ROW_CATEGORY = 1, ROW_APPLICATION = 2, ROW_ENTIT
 
 // What the parts of all rows of a tree depend on.
 struct RowMetrics {
-    int mode = 0;         // with 0 no row but a category has a count
+    int mode = 0;          // with 0 no row but a category has a count
     bool running = false;  // the cards have neither link nor help line
-    int countWidth = 0;   // of the widest count
-    int linkWidth = 0;    // of the wider of the link's two texts
-    int titleHeight = 0;  // of a bold line of titles
-    float scale = 1;      // of the lengths that do not come from a text
+    int countWidth = 0;    // of the widest count
+    int linkWidth = 0;     // of the wider of the link's two texts
+    int titleHeight = 0;   // of a bold line of titles
+    float scale = 1;       // of the lengths that do not come from a text
 };
 
 struct RowParts {

@@ -23,7 +23,7 @@ struct RowItem {
 };
 
 struct TreeRow : RowItem {
-    TreeRow* parent = nullptr;    // null for the root, and for a row that was taken out
+    TreeRow* parent = nullptr;     // null for the root, and for a row that was taken out
     RowGroup* children = nullptr;  // the topmost group; null without children
     // Added to in the row and all above it with each row that comes below; what goes is not subtracted, so
     // that it tells whether the row has or had children.
