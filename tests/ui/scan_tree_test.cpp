@@ -52,9 +52,11 @@ TEST(ScanTreeClicks, DisabledRowIsSelectedAndOpenedButNotChecked) {
 }
 
 TEST(ScanTreeClicks, RowThatTheEdgeCutsOffIsNotForClicking) {
-    TreeWindow window(CScanTree::kResults, {600, 100});
+    TreeWindow window;
     window.AddCards();
-    window.Click({window.PartsOf(window.Row("c0e")).title.x, 90, 4, 4});
+    const RowRect row = window.RectOf(window.Row("c0e"));
+    window.Resize({600, row.Bottom() - 1});
+    window.Click({row.x + 200, row.y + 2, 4, 4});
     EXPECT_TRUE(window.TakeTold().empty());
 }
 
@@ -138,7 +140,7 @@ TEST(ScanTreeKeys, MoveOpenCloseAndCheck) {
 
 // Two cards in 100 pixels of height. The numbers follow from the height of the rows.
 TEST(ScanTreeScrolling, BarKeysAndWheel) {
-    TreeWindow window(CScanTree::kResults, {600, 300});
+    TreeWindow window;
     const auto wheel = [&](int delta) {
         window.tree.Send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(delta)));
     };

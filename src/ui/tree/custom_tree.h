@@ -186,7 +186,10 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     // The row that covers a point, with its rectangle in the client area.
     Node* NodeAt(POINT point, RowRect& row) const;
 
-    void UpdateScrollBar();
+    void UpdateScrollBar(bool canWait = false);
+    void SetBar(int contentHeight, int clientHeight, int position);
+    void ShowBar();
+    void MoveBar();
     void ScrollTo(int position, bool isThumb);
     void PrepareToPaint();
     void BringSelectedIntoView();
@@ -226,5 +229,12 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     UINT m_tipDelay = 200;  // milliseconds
     Node* m_lastFound = nullptr;
     Node* m_checking = nullptr;  // its change is being told; null if it is deleted meanwhile
-    bool m_invalid = false;      // a repaint of all is on its way
+    // What the scroll bar holds, or will when the system is told.
+    struct {
+        int contentHeight = 0;
+        int clientHeight = 0;
+        int position = 0;
+    } m_bar;
+    bool m_barWaits = false;
+    bool m_invalid = false;  // a repaint of all is on its way
 };

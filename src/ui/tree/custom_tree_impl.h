@@ -20,6 +20,9 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnCreate(UINT, WPARAM, LPARAM, BOOL&) {
     m_clientHeight = this->GetClientRect().bottom;
     m_contentHeight = 0;
     m_scrollPos = 0;
+    m_bar = {};
+    m_barWaits = false;
+    m_invalid = false;
     CreateToolTip();
     SCROLLINFO info = {};
     info.cbSize = sizeof info;
@@ -54,7 +57,7 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnTreeInsert(UINT, WPARAM wParam, LPARAM 
     if (IsShown(*node)) {
         // Beyond the end: the scroll bar brings it back to the last row.
         if (lParam == 1 && m_contentHeight > m_clientHeight) m_scrollPos = m_contentHeight;
-        UpdateScrollBar();
+        UpdateScrollBar(true);
     }
     OnItemAdded(node, parent);
     return reinterpret_cast<LRESULT>(node);
@@ -363,6 +366,7 @@ CUSTOM_TREE bool CUSTOM_TREE_CLASS::IsFocusShown() const {
 // Before the painting proper begins, so that what moves is painted once.
 CUSTOM_TREE void CUSTOM_TREE_CLASS::PrepareToPaint() {
     if (m_pendingLayout) UpdateScrollBar();
+    if (m_barWaits) ShowBar();
     if (m_scrollToSelected) BringSelectedIntoView();
 }
 
@@ -382,11 +386,7 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::BringSelectedIntoView() {
     } else {
         return;
     }
-    SCROLLINFO info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_POS;
-    info.nPos = m_scrollPos;
-    this->SetScrollInfo(SB_VERT, info);
+    MoveBar();
     InvalidateAll();
 }
 

@@ -6,29 +6,52 @@
 
 // --- the scroll bar
 
-CUSTOM_TREE void CUSTOM_TREE_CLASS::UpdateScrollBar() {
+// The system takes a millisecond and more to change its bar, which a run that fills the tree would pay at
+// each row. So what the bar holds is known here, by the system's own rule, and with `canWait` the system is
+// told at the next paint.
+CUSTOM_TREE void CUSTOM_TREE_CLASS::SetBar(int contentHeight, int clientHeight, int position) {
+    const int last = contentHeight - std::max(clientHeight - 1, 0);
+    m_bar = {contentHeight, clientHeight, std::clamp(position, 0, std::max(last, 0))};
+    m_barWaits = true;
+}
+
+CUSTOM_TREE void CUSTOM_TREE_CLASS::ShowBar() {
+    m_barWaits = false;
+    SCROLLINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+    info.nMax = m_bar.contentHeight;
+    info.nPage = static_cast<UINT>(m_bar.clientHeight);
+    info.nPos = m_bar.position;
+    this->SetScrollInfo(SB_VERT, info);
+    if ((this->GetStyle() & WS_VSCROLL) == 0) ::ShowScrollBar(this->m_hWnd, SB_VERT, TRUE);
+}
+
+// Brings it to m_scrollPos.
+CUSTOM_TREE void CUSTOM_TREE_CLASS::MoveBar() {
+    const bool waits = m_barWaits;
+    SetBar(m_bar.contentHeight, m_bar.clientHeight, m_scrollPos);
+    if (waits) return ShowBar();
+    m_barWaits = false;
+    SCROLLINFO info = {};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_POS;
+    info.nPos = m_scrollPos;
+    this->SetScrollInfo(SB_VERT, info);
+}
+
+CUSTOM_TREE void CUSTOM_TREE_CLASS::UpdateScrollBar(bool canWait) {
     m_pendingLayout = false;
     const int clientHeight = this->GetClientRect().bottom;
     const int contentHeight = ChildrenHeight(*m_tree.root) + kEndSpace;
     bool barChanged = false;
     if (contentHeight > clientHeight) {
-        SCROLLINFO info = {};
-        info.cbSize = sizeof info;
-        info.fMask = SIF_ALL;
-        this->GetScrollInfo(SB_VERT, info);
-        info.nMin = 0;
-        info.nMax = contentHeight;
-        info.nPage = static_cast<UINT>(clientHeight);
+        // kept: at the end the bar itself stops some pixels earlier than the rows, and takes them with it
+        // when it is asked the next time.
         const int limit = contentHeight - clientHeight + kEndSpace;
-        if (limit < m_scrollPos) {
-            m_scrollPos = limit;
-            info.nPos = limit;
-        } else {
-            // kept: at the end the bar itself stops some pixels earlier, and takes the rows with it.
-            m_scrollPos = info.nPos;
-        }
-        this->SetScrollInfo(SB_VERT, info);
-        ::ShowScrollBar(this->m_hWnd, SB_VERT, TRUE);
+        m_scrollPos = limit < m_scrollPos ? limit : m_bar.position;
+        SetBar(contentHeight, clientHeight, m_scrollPos);
+        if (!canWait) ShowBar();
         barChanged = true;
     } else {
         SCROLLBARINFO bar = {};
@@ -46,6 +69,9 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::UpdateScrollBar() {
 
 CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnVScroll(UINT, WPARAM wParam, LPARAM lParam, BOOL&) {
     if (lParam != 0) return 0;  // of a scroll bar control
+    // Where all rows fit, keys ask as well.
+    if (m_contentHeight <= this->GetClientRect().bottom) return 0;
+    if (m_barWaits) ShowBar();
     SCROLLINFO info = {};
     info.cbSize = sizeof info;
     info.fMask = SIF_ALL;
@@ -86,8 +112,7 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnVScroll(UINT, WPARAM wParam, LPARAM lPa
     }
     position = std::max(position, info.nMin);
     if (position > info.nMax - static_cast<int>(info.nPage)) {
-        // A bar that is hidden may know of more rows than there are.
-        position = std::max(m_contentHeight - static_cast<int>(info.nPage) + kEndSpace, info.nMin);
+        position = m_contentHeight - static_cast<int>(info.nPage) + kEndSpace;
     }
     ScrollTo(position, isThumb);
     return 0;
@@ -101,11 +126,7 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::ScrollTo(int position, bool isThumb) {
         ::ScrollWindowEx(this->m_hWnd, 0, before - position, nullptr, nullptr, nullptr, nullptr,
                          SW_SMOOTHSCROLL | kSmoothMilliseconds << 16);
     }
-    SCROLLINFO info = {};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_POS;
-    info.nPos = position;
-    this->SetScrollInfo(SB_VERT, info);
+    MoveBar();
     InvalidateAll();
 }
 
