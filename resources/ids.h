@@ -3,6 +3,7 @@
 // The numbers under which resources.dll keeps what the user sees. Read by the resource compiler and by the code.
 
 #define IDI_PROGRAM 128
+#define IDD_SCHEDULE_OPTIONS 107
 #define IDD_MAIN 129
 #define IDD_SCAN 479
 #define IDD_CONFIRM 220
@@ -33,6 +34,33 @@
 // The confirmation by a word
 #define IDC_CONFIRM_WORD 1034
 #define IDC_CONFIRM_MESSAGE 1040
+
+// The settings
+#define IDC_SETTINGS_TREE_PLACE 1016   // where the tree is made
+#define IDC_SETTINGS_TREE 1033         // made at run time
+#define IDC_SETTINGS_RESET 1041
+#define IDC_SETTINGS_CLEANMODE 1056
+#define IDC_SETTINGS_AUTOCLEAN 1094
+#define IDC_SETTINGS_LOGON 1095
+#define IDC_SETTINGS_CLEANMODE_LABEL 1200
+
+// The schedule
+#define IDC_SCHEDULE_DELETE 1043
+#define IDC_SCHEDULE_EDIT 1045
+#define IDC_SCHEDULE_LIST 1077
+#define IDC_SCHEDULE_ADD 1080
+#define IDC_SCHEDULE_HINT 1201
+
+// One time of the schedule. The days follow one another.
+#define IDC_SCHEDULE_SUNDAY 1081
+#define IDC_SCHEDULE_MONDAY 1082
+#define IDC_SCHEDULE_TUESDAY 1083
+#define IDC_SCHEDULE_WEDNESDAY 1084
+#define IDC_SCHEDULE_THURSDAY 1085
+#define IDC_SCHEDULE_FRIDAY 1086
+#define IDC_SCHEDULE_SATURDAY 1087
+#define IDC_SCHEDULE_HOUR 1088
+#define IDC_SCHEDULE_MINUTE 1089
 
 #define IDS_PRODUCT 128            // display name: caption, window title, mutex, name of the scheduled job
 #define IDS_ITEMS_FOUND 129        // %d
@@ -77,6 +105,7 @@
 #define IDS_INTRO_1 192
 #define IDS_INTRO_2 193
 #define IDS_CONFIRM_RESET 194
+#define IDS_DEFINITIONS_TREE 195   // name of the settings' tree, for who cannot see it
 #define IDS_PAGE_SCHEDULE 196
 #define IDS_NO_SCHEDULE 197
 #define IDS_SCHEDULE_FULL 198

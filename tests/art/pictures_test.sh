@@ -21,7 +21,7 @@ expect() {
     done
 }
 
-expect "3840 2160 2" bg
+expect "720 720 2" bg
 expect "128 40 6" AppTitle                    # in the caption of 55
 expect "32 32 6" Logo
 expect "32 24 6" close close-b max-g min-g # from 12 to 36, where the help link begins

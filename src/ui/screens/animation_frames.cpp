@@ -11,28 +11,25 @@ SIZE ScaledExtent(Gdiplus::Bitmap* image, double scale) {
     return {static_cast<LONG>(size.cx * scale), static_cast<LONG>(size.cy * scale)};
 }
 
-ThemeImage LoadFrame(const char* format, std::size_t number) {
-    char path[64];
-    std::snprintf(path, sizeof path, format, static_cast<int>(number));
-    return LoadThemeImage(path);
-}
-
 }  // namespace
 
-void AnimationFrames::Load() {
-    for (std::size_t i = 0; i < kCount; ++i) {
-        m_search[i] = LoadFrame("images/search%.4d.png", i + 1);
-        m_erase[i] = LoadFrame("images/erase%.4d.png", i + 1);
+Gdiplus::Bitmap* AnimationFrames::Frame(bool search, std::size_t index) {
+    std::optional<ThemeImage>& frame = (search ? m_search : m_erase)[index];
+    if (!frame) {
+        char path[64];
+        std::snprintf(path, sizeof path, search ? "images/search%.4d.png" : "images/erase%.4d.png",
+                      static_cast<int>(index + 1));
+        frame = LoadThemeImage(path);
     }
-    m_animFrame = 0;
+    return frame->get();
 }
 
-SIZE AnimationFrames::Size(double scale) const {
-    return ScaledExtent(m_search[0].get(), scale);
+SIZE AnimationFrames::Size(double scale) {
+    return ScaledExtent(Frame(true, 0), scale);
 }
 
 void AnimationFrames::DrawNext(bool search, Gdiplus::Graphics& g, int x, int y, double scale) {
-    Gdiplus::Bitmap* const frame = (search ? m_search : m_erase)[m_animFrame].get();
+    Gdiplus::Bitmap* const frame = Frame(search, m_animFrame);
     m_animFrame = (m_animFrame + 1) % kCount;
     if (frame == nullptr) return;
     const SIZE size = ScaledExtent(frame, scale);

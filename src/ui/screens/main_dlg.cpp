@@ -34,7 +34,6 @@ LRESULT CMainDlg::OnInitDialog(UINT, WPARAM, LPARAM, BOOL& handled) {
     m_definitionsLoaded = false;
     m_autoScan = false;
     m_firstListing = true;
-    m_animation.Load();
     // kept: the placement of the last session is read and not used. The window opens where it always does.
     WINDOWPLACEMENT placement = {};
     m_configuration.Load(&placement);

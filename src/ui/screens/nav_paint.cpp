@@ -108,6 +108,12 @@ void CNavFrame::PaintBackground(HDC dc, const RECT& dirty) const {
             ::BitBlt(dc, dirty.left, dirty.top, width, height, source, dirty.left + frame.cx,
                      dirty.top + frame.cy, SRCCOPY);
         }
+        // To the right of the picture its last column goes on.
+        const LONG right = std::max(dirty.left, shown.cx);
+        if (dirty.right > right && height > 0) {
+            ::StretchBlt(dc, right, dirty.top, dirty.right - right, height, source, m_backgroundSize.cx - 1,
+                         dirty.top + frame.cy, 1, height, SRCCOPY);
+        }
     }
     ::DeleteDC(source);
 }
