@@ -23,6 +23,12 @@ int SystemDpi() {
     return dpi > 0 ? dpi : 96;
 }
 
+Gdiplus::TextRenderingHint HintFor(int points, int fontStyle) {
+    return fontStyle == Gdiplus::FontStyleRegular && points < kClearTypeBelow
+               ? Gdiplus::TextRenderingHintClearTypeGridFit
+               : Gdiplus::TextRenderingHintAntiAliasGridFit;
+}
+
 }  // namespace
 
 bool CTheme::Start() {
@@ -134,22 +140,49 @@ UniqueFont CTheme::MakeFont(int points, bool bold, bool italic, bool underline) 
     return UniqueFont(::CreateFontIndirectA(&font));
 }
 
-void CTheme::DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
-                      const TextStyle& style) {
-    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
-    const std::wstring wide = WideText(content, kLongestText);
-    Gdiplus::StringFormat format;
+// Where a second line has no room, a text that could break would be cut off behind a whole word, without a
+// sign.
+std::wstring CTheme::PrepareText(std::string_view content, const Gdiplus::RectF& area, const TextStyle& style,
+                                 Gdiplus::StringFormat& format) {
+    const bool oneLine =
+        style.singleLine ||
+        area.Height < 2 * FontOf(style.points, style.fontStyle).GetHeight(static_cast<float>(m_dpi));
+    if (oneLine) content = content.substr(0, content.find_first_of("\r\n"));
     format.SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
-    format.SetFormatFlags(Gdiplus::StringFormatFlagsLineLimit);
+    format.SetFormatFlags(Gdiplus::StringFormatFlagsLineLimit |
+                          (oneLine ? Gdiplus::StringFormatFlagsNoWrap : 0));
     format.SetAlignment(style.horizontal);
     format.SetLineAlignment(style.vertical);
     format.SetHotkeyPrefix(style.hotkey);
-    const bool subpixels = style.fontStyle == Gdiplus::FontStyleRegular && style.points < kClearTypeBelow;
-    g.SetTextRenderingHint(subpixels ? Gdiplus::TextRenderingHintClearTypeGridFit
-                                     : Gdiplus::TextRenderingHintAntiAliasGridFit);
+    return WideText(content, kLongestText);
+}
+
+void CTheme::DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                      const TextStyle& style) {
+    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
+    Gdiplus::StringFormat format;
+    const std::wstring wide = PrepareText(content, area, style, format);
+    g.SetTextRenderingHint(HintFor(style.points, style.fontStyle));
     const Gdiplus::SolidBrush brush(style.color);
     g.DrawString(wide.c_str(), static_cast<int>(wide.size()), &FontOf(style.points, style.fontStyle), area,
                  &format, &brush);
+}
+
+void CTheme::DrawOutlinedText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                              const TextStyle& style, const Gdiplus::Color& outline, float width) {
+    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
+    Gdiplus::StringFormat format;
+    const std::wstring wide = PrepareText(content, area, style, format);
+    const Gdiplus::FontFamily family(kFontFamily);
+    Gdiplus::GraphicsPath path;
+    path.AddString(wide.c_str(), static_cast<int>(wide.size()), &family, style.fontStyle,
+                   static_cast<float>(style.points * m_dpi) / 72.0f, area, &format);
+    Gdiplus::Pen pen(outline, width);
+    // The points of letters would stick out as needles.
+    pen.SetLineJoin(Gdiplus::LineJoinRound);
+    g.DrawPath(&pen, &path);
+    const Gdiplus::SolidBrush brush(style.color);
+    g.FillPath(&brush, &path);
 }
 
 SIZE CTheme::MeasureText(std::string_view content, int points, int fontStyle, int width) {
@@ -158,9 +191,7 @@ SIZE CTheme::MeasureText(std::string_view content, int points, int fontStyle, in
     Gdiplus::RectF bounds;
     {
         Gdiplus::Graphics g(screen);
-        const bool subpixels = fontStyle == Gdiplus::FontStyleRegular && points < kClearTypeBelow;
-        g.SetTextRenderingHint(subpixels ? Gdiplus::TextRenderingHintClearTypeGridFit
-                                         : Gdiplus::TextRenderingHintAntiAliasGridFit);
+        g.SetTextRenderingHint(HintFor(points, fontStyle));
         const Gdiplus::StringFormat format;
         // A layout size of 0 is one without a bound.
         const Gdiplus::SizeF limit(static_cast<float>(width), 0);
