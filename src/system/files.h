@@ -24,8 +24,8 @@ bool IsLink(DWORD attributes, DWORD tag);
 // The same by path; false when it does not exist.
 bool IsLink(const char* path);
 
-// The next entry of a listing. One whose name is too long for the find data fails the system's call by itself;
-// what stands behind it is found all the same.
+// The next entry of a listing. One whose name is too long for the find data fails the system's call by
+// itself; what stands behind it is found all the same.
 bool FindNextEntry(HANDLE find, WIN32_FIND_DATAA& entry);
 
 // The name of a found entry if it names that entry again when it is handed back to the system; nothing

@@ -4,7 +4,8 @@
 
 #include "system/system_facts.h"
 
-// Switches the calling thread's file system redirection off for as long as it lives, where the system lets it.
+// Switches the calling thread's file system redirection off for as long as it lives, where the system lets
+// it.
 class RedirectionOff {
   public:
     explicit RedirectionOff(bool wanted) : m_changed(wanted && DisableFsRedirection(&m_saved)) {}
