@@ -305,6 +305,7 @@ LRESULT CDlgShredder::OnShredProgress(UINT, WPARAM wParam, LPARAM lParam, BOOL&)
 LRESULT CDlgShredder::OnShredDone(UINT, WPARAM, LPARAM, BOOL&) {
     KillTimer(kAnimationTimer);
     m_running = false;
+    m_list.EndRun();
     EnablePage(true);
     m_progress.ShowWindow(SW_HIDE);
     Invalidate();
@@ -315,6 +316,7 @@ LRESULT CDlgShredder::OnShredDone(UINT, WPARAM, LPARAM, BOOL&) {
 LRESULT CDlgShredder::OnTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
     handled = wParam == kAnimationTimer;
     if (!handled) return 0;
+    m_list.Refresh();
     const RECT place = GetRectOf(GetDlgItem(IDC_SHRED_ANIMATION));
     const RECT progress = GetRectOf(m_progress);
     const CClientDC dc(m_hWnd);

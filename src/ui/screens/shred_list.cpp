@@ -76,6 +76,22 @@ void CShredList::RemoveAll() {
     SetHorizontalExtent(0);
 }
 
+void CShredList::BeginRun() {
+    m_next = 0;
+    Send(WM_SETREDRAW, FALSE);
+}
+
+void CShredList::Refresh() {
+    Send(WM_SETREDRAW, TRUE);
+    RedrawWindow(RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_UPDATENOW);
+    Send(WM_SETREDRAW, FALSE);
+}
+
+void CShredList::EndRun() {
+    Send(WM_SETREDRAW, TRUE);
+    RedrawWindow(RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
+}
+
 // The line that the run has come to is the one, unless something has changed the list behind our back. A
 // search alone would mistake paths that differ in their letter case.
 int CShredList::FindLine(const std::string& path) const {

@@ -43,8 +43,11 @@ class CShredList : public CListBox {
     void RemoveAll();
 
     // A run goes through the lines from the first to the last and tells of each: BeginRun, then LineDone for
-    // one that is destroyed, which leaves the list, and LineFailed for one that is not, which stays.
-    void BeginRun() { m_next = 0; }
+    // one that is destroyed, which leaves the list, and LineFailed for one that is not, which stays; EndRun.
+    // Meanwhile the list is drawn by Refresh alone: drawing it takes longer than a line does.
+    void BeginRun();
+    void Refresh();
+    void EndRun();
     void LineDone(const char* path);
     void LineFailed() { ++m_next; }
 
