@@ -70,7 +70,7 @@ int RunWindow(CMainDlg& window, CMessageLoop& loop, const std::string& line) {
 
 // Starts what a session needs, in this order, and stops it in the order at the end.
 int RunSession(HINSTANCE instance, const std::string& line) {
-    // The window layer finds a failure of any of these when it needs them.
+    // None of these is asked for its result: what is missing shows where it is used.
     ::CoInitialize(nullptr);
     ::DefWindowProcA(nullptr, 0, 0, 0);
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
@@ -110,7 +110,7 @@ int Run(HINSTANCE instance, const std::string& line) {
             AppMessageBox(nullptr, IDS_NO_ADMINISTRATOR, MB_ICONEXCLAMATION | MB_OK);
         return 0;
     }
-    // Pictures and help are found relative to this.
+    // Pictures are found relative to this.
     const std::string folder = ProgramFolder();
     ::SetCurrentDirectoryA(folder.substr(0, folder.size() - 1).c_str());
     if (const Action action = ActionOf(line); action != Action::None) {

@@ -5,7 +5,7 @@
 enum ConfigKey : int {
     // GetString
     KEY_APPDIR = 0,      // the program's folder, with its trailing backslash
-    KEY_HELPFILE = 1,    // path of the help file
+    KEY_HELPFILE = 1,    // path of the help file; kept: nobody opens it
     KEY_URLSUPPORT = 5,  // whole web links
     KEY_URLCOMPANY = 8,
     KEY_URLHELP = 9,

@@ -14,6 +14,7 @@
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/system_facts.h"
+#include "system/trusted_path.h"
 
 namespace {
 
@@ -64,19 +65,19 @@ CAppConfig::CAppConfig(HINSTANCE instanceHandle, std::string company, std::strin
       productId(id),
       instance(instanceHandle) {
     registryKeyPath = "Software\\" + companyName + "\\" + companyName + " " + productName;
-    CreateFolders(CSIDL_APPDATA);
-    CreateFolders(CSIDL_COMMON_APPDATA);
+    CreateFolders(CSIDL_APPDATA, [](const char* path) { ::CreateDirectoryA(path, nullptr); });
+    CreateFolders(CSIDL_COMMON_APPDATA, MakeProtectedFolder);
     appDirectory = ModuleFolder(instance);
     helpFilePath = appDirectory + "Quillmere Velvane.chm";
     links = BuildLinks(kRedirectHost, productId, ReadAffiliate());
 }
 
-void CAppConfig::CreateFolders(int csidl) const {
+void CAppConfig::CreateFolders(int csidl, void (*make)(const char* path)) const {
     const auto folder = FolderPath(csidl);
     if (!folder) return;
     const std::string companyFolder = *folder + "\\" + companyName + "\\";
-    ::CreateDirectoryA(companyFolder.c_str(), nullptr);
-    ::CreateDirectoryA((companyFolder + productName + "\\").c_str(), nullptr);
+    make(companyFolder.c_str());
+    make((companyFolder + productName + "\\").c_str());
 }
 
 std::optional<std::string> CAppConfig::PreferencesPath() const {
@@ -93,7 +94,7 @@ void CAppConfig::Load(WINDOWPLACEMENT* placement) {
 void CAppConfig::LoadPreferences(WINDOWPLACEMENT* placement) {
     const auto path = PreferencesPath();
     XmlFile file;
-    if (!path || !LoadXmlFile(*path, file)) return;
+    if (!path || !IsTrusted(path->c_str()) || !LoadXmlFile(*path, file)) return;
     for (const pugi::xml_node& element : FindElement(file.document, "config").children()) {
         ReadElement(element, placement);
     }
@@ -126,7 +127,9 @@ void CAppConfig::LoadSettings() {
 
 void CAppConfig::Save(HWND window) const {
     const auto path = PreferencesPath();
-    if (!path) return;
+    // A link in the place of the folder would lead the write to whatever file somebody has in mind.
+    if (!path || !IsTrusted(path->substr(0, path->rfind('\\')).c_str())) return;
+    // kept: written in place; whoever reads half a file falls back on the defaults.
     const UniqueHandle file = OwnHandle<UniqueHandle>(::CreateFileA(
         path->c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (file == nullptr) return;

@@ -53,7 +53,7 @@ class CAppConfig {
     virtual void SetExtraString(int key, const char* value) = 0;
 
   private:
-    void CreateFolders(int csidl) const;
+    void CreateFolders(int csidl, void (*make)(const char* path)) const;
     std::optional<std::string> PreferencesPath() const;
     void LoadPreferences(WINDOWPLACEMENT* placement);
     void ReadElement(const pugi::xml_node& element, WINDOWPLACEMENT* placement);

@@ -62,8 +62,9 @@ void OverrideLinks(const pugi::xml_node& settings, tagAPP_LINKS& links) {
 }
 
 bool IsWebLink(std::string_view link) {
-    const bool isHarmless = std::ranges::none_of(
-        link, [](char c) { return c == '"' || static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
+    const bool isHarmless = std::ranges::none_of(link, [](char c) {
+        return c == '"' || c == '\\' || static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+    });
     return isHarmless && (StartsWithAnyCase(link, "http://") || StartsWithAnyCase(link, "https://"));
 }
 

@@ -24,8 +24,8 @@ std::string ReadAffiliate();
 // Puts the links of a distribution, elements at whatever depth of its settings file, in place of ours.
 void OverrideLinks(const pugi::xml_node& settings, tagAPP_LINKS& links);
 
-// True for what begins with http:// or https://, in any letter case, and holds no quote nor control
-// character, with which it could be more than one argument to a browser.
+// True for what begins with http:// or https://, in any letter case, and holds no quote, backslash nor
+// control character, with which it could be more than one argument to a browser.
 bool IsWebLink(std::string_view link);
 
 // Hands a web link to the shell. Anything else, which a settings file may name, is not opened; nor is null. A

@@ -1,5 +1,7 @@
 #include "app/resources.h"
 
+#include "resources/ids.h"
+
 namespace {
 
 HMODULE g_module = nullptr;
@@ -8,7 +10,7 @@ HMODULE g_module = nullptr;
 
 bool LoadResources() {
     g_module = ::LoadLibraryA("resources.dll");
-    return g_module != nullptr;
+    return g_module != nullptr && !ResourceText(IDS_PRODUCT).empty();
 }
 
 HMODULE ResourceModule() {

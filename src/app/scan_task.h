@@ -20,4 +20,5 @@ void AddScanTask();
 TASK_TRIGGER WeeklyScanTrigger(const SYSTEMTIME& date, int random);
 
 // Deletes the scan jobs of all accounts, and the logon job.
+// kept: any other job whose name holds the product's goes as well.
 void DeleteTasks();

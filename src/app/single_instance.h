@@ -18,5 +18,6 @@ class SingleInstance {
     UniqueHandle m_mutex;
 };
 
-// Asks the running copy to close, if its window is there. It is not waited for.
+// Asks the running copy, which the object has brought to the front before (kept), to close, if its window is
+// there. It is not waited for.
 void CloseRunningCopy();

@@ -196,6 +196,9 @@ bool CTaskScheduler::CreateTask(const std::string& program, const std::string& n
     lastResult = session.Result();
     if (!session.IsOpen()) return false;
 
+    // An empty name would ask for the account of the system.
+    const std::string user = CurrentUserName();
+    if (user.empty()) return false;
     IUnknown* raw = nullptr;
     lastResult = session->NewWorkItem(SchedulerText(name), CLSID_CTask, IID_ITask, &raw);
     const UniqueReference<ITask> task = TakeReference<ITask>(raw);
@@ -206,7 +209,7 @@ bool CTaskScheduler::CreateTask(const std::string& program, const std::string& n
     lastResult = task->SetWorkingDirectory(SchedulerText(directory));
     lastResult = task->SetParameters(SchedulerText(parameters));
     lastResult = task->SetFlags(TASK_FLAG_RUN_ONLY_IF_LOGGED_ON);
-    lastResult = task->SetAccountInformation(SchedulerText(CurrentUserName()), nullptr);
+    lastResult = task->SetAccountInformation(SchedulerText(user), nullptr);
     lastResult = task->SetComment(SchedulerText(comment));
     if (FAILED(lastResult)) {
         // kept: the line names another step.

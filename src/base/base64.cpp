@@ -1,5 +1,6 @@
 #include "base/base64.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace {
@@ -37,4 +38,21 @@ std::vector<std::uint8_t> DecodeBase64(std::string_view text) {
     for (int i = 0; i < letters - 1; ++i)
         bytes.push_back(static_cast<std::uint8_t>(group >> (16 - 8 * i) & 0xFF));
     return bytes;
+}
+
+std::string EncodeBase64(std::string_view bytes) {
+    constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t count = std::min<std::size_t>(3, bytes.size() - i);
+        std::uint32_t group = 0;
+        for (std::size_t k = 0; k < 3; ++k) {
+            group = group << 8 | (k < count ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+        }
+        for (std::size_t k = 0; k < 4; ++k) {
+            text += k <= count ? kAlphabet[group >> (18 - 6 * k) & 0x3F] : '=';
+        }
+    }
+    return text;
 }

@@ -113,11 +113,24 @@ Size OfGif(Header& header) {
                                           std::min<std::uint64_t>(screens * largest.height, 0xFFFFFFFF))};
 }
 
-Size OfBmp(Header& header) {
-    if (header.Little32(14) == 12) return PictureSize{header.Little16(18), header.Little16(20)};
-    const std::uint32_t width = header.Little32(18), height = header.Little32(22);
+// The pixels lie where the file says, and decoders of some systems read them without a look at its end. So
+// they have to be in it, all of those that are not compressed, at least the first of the others.
+Size OfBmp(Header& header, std::uint64_t fileSize) {
+    const bool oldest = header.Little32(14) == 12;
+    PictureSize size{header.Little32(18), header.Little32(22)};
     // A negative height is that of a picture which begins at its top.
-    return PictureSize{width, height > 0x80000000u ? 0u - height : height};
+    if (size.height > 0x80000000u) size.height = 0u - size.height;
+    if (oldest) size = {header.Little16(18), header.Little16(20)};
+    const std::uint32_t bits = header.Little16(oldest ? 24 : 28);
+    const std::uint32_t compression = oldest ? 0 : header.Little32(30);
+    std::uint64_t needed = 1;
+    if (compression == 0 || compression == 3) {
+        const std::uint64_t line = (std::uint64_t{size.width} * bits + 31) / 32 * 4;
+        if (line > fileSize) return std::nullopt;  // and its product would be too large a number
+        needed = line * size.height;
+    }
+    if (header.Little32(10) + needed > fileSize) return std::nullopt;
+    return size;
 }
 
 }  // namespace
@@ -132,7 +145,7 @@ std::optional<PictureSize> PictureSizeOf(std::span<const std::uint8_t> file) {
     } else if (header.Has(0, "GIF87a") || header.Has(0, "GIF89a")) {
         size = OfGif(header);
     } else if (header.Has(0, "BM")) {
-        size = OfBmp(header);
+        size = OfBmp(header, file.size());
     }
     if (header.bad || !size || size->width == 0 || size->height == 0) return std::nullopt;
     return size;

@@ -1,5 +1,6 @@
 #include "base/reference_pass.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -34,11 +35,26 @@ bool ReplaceAll(std::string& text, std::string_view reference, char character) {
     return true;
 }
 
+struct Reference {
+    std::string_view text;
+    char character;
+};
+
+constexpr Reference kReferences[] = {{"&amp;", '&'}, {"&apos;", '\''}, {"&quot;", '"'}};
+
 }  // namespace
 
 bool ResolveReferences(std::string& text) {
     // kept: the forms exclude one another; a text with one "&amp;" keeps its "&apos;" and "&quot;" as
     // written.
-    return ReplaceAll(text, "&amp;", '&') || ReplaceAll(text, "&apos;", '\'') ||
-           ReplaceAll(text, "&quot;", '"');
+    return std::ranges::any_of(kReferences, [&](const Reference& reference) {
+        return ReplaceAll(text, reference.text, reference.character);
+    });
+}
+
+std::string_view ReferenceToResolve(std::string_view text) {
+    for (const Reference& reference : kReferences) {
+        if (FindReference(text, reference.text, 0) < text.size()) return reference.text;
+    }
+    return {};
 }

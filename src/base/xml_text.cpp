@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-bool ParseXmlText(pugi::xml_document& document, std::string& text) {
+pugi::xml_parse_result ParseXmlText(pugi::xml_document& document, std::string& text) {
     constexpr unsigned int kOptions = pugi::parse_cdata | pugi::parse_wconv_attribute | pugi::parse_eol;
     return document.load_buffer_inplace(text.data(), text.size(), kOptions, pugi::encoding_utf8);
 }

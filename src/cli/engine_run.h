@@ -7,9 +7,9 @@
 #include <memory>
 #include <string>
 
-#include "cli/console.h"
 #include "cli/stop_request.h"
 #include "engine/cleaning_engine.h"
+#include "system/console.h"
 
 // Runs the engine's workers one after the other from the main thread: the hidden window that they report to,
 // and the message loop that lets them. Each operation returns when its worker has ended.

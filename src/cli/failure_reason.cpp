@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "cli/console.h"
+#include "system/console.h"
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/registry.h"

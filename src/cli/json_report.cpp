@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "cli/console.h"
+#include "system/console.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "cli/console.h"
 #include "cli/exit_code.h"
 #include "cli/help.h"
 #include "cli/options.h"
 #include "cli/session.h"
+#include "system/console.h"
 #include "system/library_search.h"
 #include "system/redirection_table.h"
 
@@ -65,6 +65,7 @@ ExitCode Run(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
     RestrictLibrarySearch(LibrarySearch::SystemAlone);
+    SetProgramName("velvane-cli");
     const ConsoleCodePage codePage;
     const ExitCode code = Run(std::vector<std::string>(argv + 1, argv + argc));
     if (OutputArrived()) return static_cast<int>(code);

@@ -2,13 +2,13 @@
 
 #include <optional>
 
-#include "cli/console.h"
 #include "cli/engine_run.h"
 #include "cli/exit_code.h"
 #include "cli/options.h"
 #include "cli/report.h"
 #include "cli/stop_request.h"
 #include "engine/cleaning_engine.h"
+#include "system/console.h"
 
 // The engine with what a command needs around it.
 struct Session {

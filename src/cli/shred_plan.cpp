@@ -5,7 +5,7 @@
 #include <optional>
 #include <set>
 
-#include "cli/console.h"
+#include "system/console.h"
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/system_facts.h"

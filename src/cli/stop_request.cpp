@@ -5,7 +5,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "cli/console.h"
+#include "system/console.h"
 #include "system/entry_point.h"
 
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "cli/console.h"
 #include "cli/failure_reason.h"
+#include "system/console.h"
 
 namespace {
 

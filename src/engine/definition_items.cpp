@@ -6,35 +6,12 @@
 #include <string_view>
 #include <utility>
 
-#include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
+#include "engine/definition_rules.h"
 #include "engine/registry_location.h"
 #include "engine/trace.h"
 
 namespace {
-
-// The attributes that every item has, null where one is missing.
-struct ItemElement {
-    const char* type;
-    const char* location;
-    const char* action;
-    const char* valueName;
-};
-
-ItemType ItemTypeOf(std::string_view text) {
-    if (text == "RegValue") return ItemType::RegValue;
-    if (text == "RegKey") return ItemType::RegKey;
-    if (text == "File") return ItemType::File;
-    if (text == "Folder") return ItemType::Directory;
-    if (text == "IniValue") return ItemType::IniValue;
-    return ItemType::Unknown;
-}
-
-ItemAction ItemActionOf(std::string_view text) {
-    if (text == "Delete") return ItemAction::Delete;
-    if (text == "All") return ItemAction::All;
-    return ItemAction::Invalid;
-}
 
 void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string_view location,
                       DefinitionMemory& memory) {
@@ -50,7 +27,7 @@ void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, std::stri
             element.type, element.location, element.action);
     }
     if (item.type != ItemType::RegValue) return;
-    if (element.valueName && *element.valueName) {
+    if (HasNeededValueName(item.type, element.valueName)) {
         item.valueName = memory.Keep(element.valueName);
     } else {
         item.action = ItemAction::Invalid;
@@ -63,7 +40,7 @@ void FillRegistryItem(tagCLEAN_ITEM& item, const ItemElement& element, std::stri
 
 void FillIniItem(tagCLEAN_ITEM& item, const ItemElement& element, std::string_view location,
                  DefinitionMemory& memory) {
-    if (element.valueName && element.valueName[0] == '[') {
+    if (HasNeededValueName(item.type, element.valueName)) {
         item.location = memory.Keep(location);
         item.valueName = memory.Keep(element.valueName);
     } else {
@@ -96,18 +73,15 @@ std::uint32_t CCleaningEngine::LoadItems(const pugi::xml_node& node, tagCLEAN_EN
 }
 
 bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& entity) {
-    const ItemElement element = {AttributeOrNull(node, "Type"), AttributeOrNull(node, "Location"),
-                                 AttributeOrNull(node, "Action"), AttributeOrNull(node, "ValueName")};
-    if (!element.type || !element.location || !element.action) {
+    const ItemElement element = ReadItemElement(node);
+    if (!IsComplete(element)) {
         ENGINE_TRACE(
             "Error: cleaning item not loaded due to missing xml tags.  Type='%s' Location='%s' Action='%s'.",
             element.type, element.location, element.action);
         return false;
     }
     const ItemType type = ItemTypeOf(element.type);
-    const bool isPath = type == ItemType::File || type == ItemType::Directory;
-    // The test is on the text as it is written: what stands behind a variable is taken for fixed.
-    if (isPath && element.location[0] != '%' && !IsOnFixedDrive(element.location)) {
+    if (IsAskedForFixedDrive(type, element.location) && !IsOnFixedDrive(element.location)) {
         ENGINE_TRACE(
             "Cleaning item not loaded because the path is not a fixed drive.  Type='%s' Location='%s' "
             "Action='%s'.",
@@ -119,9 +93,9 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     item.action = ItemActionOf(element.action);
     item.entity = &entity;
     const std::string_view location = ExpandedForLoad(element.location);
-    if (type == ItemType::RegValue || type == ItemType::RegKey) {
+    if (IsRegistryType(type)) {
         FillRegistryItem(item, element, location, m_definitionMemory);
-    } else if (isPath) {
+    } else if (IsPathType(type)) {
         item.restricted = IsRestrictedLocation(location);
         item.location = m_definitionMemory.Keep(location);
     } else if (type == ItemType::IniValue) {

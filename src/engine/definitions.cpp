@@ -12,10 +12,12 @@
 #include "base/reference_pass.h"
 #include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
+#include "engine/definition_rules.h"
 #include "engine/trace.h"
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/system_facts.h"
+#include "system/trusted_path.h"
 
 namespace {
 
@@ -25,12 +27,6 @@ constexpr std::size_t kMaxGrowth = kMaxDbPayload;
 
 std::optional<std::string> TextOrNothing(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;
-}
-
-// kept: only a lower-case "n" or a "0" in front switches off.
-bool EnabledByDefault(const pugi::xml_node& node) {
-    const char first = node.attribute("Default").value()[0];
-    return first != '0' && first != 'n';
 }
 
 template <class Record>
@@ -50,7 +46,9 @@ std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
         paths.push_back(*m_definitionsFile);
     } else {
         if (const auto folder = FolderPath(CSIDL_COMMON_APPDATA)) {
-            paths.push_back(*folder + "\\Quillmere\\Velvane\\cleaning.db");
+            const std::string common = *folder + "\\Quillmere\\Velvane\\cleaning.db";
+            // What another user put there must not say what is deleted.
+            if (IsTrusted(common.c_str())) paths.push_back(common);
         }
         paths.push_back(ProgramFolder() + "cleaning.db");
     }
@@ -87,7 +85,7 @@ bool CCleaningEngine::ReplaceDefinitions() {
     ResolveReferences(*text);
     pugi::xml_document document;
     if (!ParseXmlText(document, *text)) return false;
-    const pugi::xml_node root = FindElement(document, "xclean_def");
+    const pugi::xml_node root = FindElement(document, kRootElement);
     if (!root || Stopped()) return false;
     if (const char* version = AttributeOrNull(root, "version")) {
         m_definitionsVersion = std::strtoul(version, nullptr, 10);
@@ -121,9 +119,9 @@ std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::u
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& node : root.children()) {
         if (Stopped()) break;
-        if (std::string_view(node.name()) != "Category") continue;
+        if (std::string_view(node.name()) != kCategoryElement) continue;
         const char* name = AttributeOrNull(node, "Name");
-        if (!name) {
+        if (!IsCategoryName(name)) {
             ENGINE_TRACE("Error: Cleaning category with no name found!");
             continue;
         }
@@ -154,9 +152,9 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
         if (Stopped()) break;
-        if (std::string_view(child.name()) != "Application") continue;
+        if (std::string_view(child.name()) != kApplicationElement) continue;
         const char* name = AttributeOrNull(child, "Name");
-        if (!name || !*name) {
+        if (!IsRecordName(name)) {
             ENGINE_TRACE("Error: Cleaning application with no name found!");
             continue;
         }
@@ -184,9 +182,9 @@ std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
         if (Stopped()) break;
-        if (std::string_view(child.name()) != "Entity") continue;
+        if (std::string_view(child.name()) != kEntityElement) continue;
         const char* name = AttributeOrNull(child, "Name");
-        if (!name || !*name) {
+        if (!IsRecordName(name)) {
             ENGINE_TRACE("Error: Cleaning entity with no name found for application '%s'.",
                          application.name.c_str());
             continue;
@@ -195,7 +193,7 @@ std::uint32_t CCleaningEngine::LoadEntities(const pugi::xml_node& node, tagCLEAN
         entity->name = name;
         if (const char* help = AttributeOrNull(child, "Help")) entity->help = m_definitionMemory.Keep(help);
         entity->enabled = EnabledByDefault(child);
-        entity->whitelistable = child.attribute("Whitelist").value()[0] == '1';
+        entity->whitelistable = IsWhitelistable(child);
         if (LoadItems(child, *entity) == 0) {
             ENGINE_TRACE("Warning: entity '%s' not loaded because it has no item entries.", name);
             continue;

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <pugixml.hpp>
 #include <string>
+#include <utility>
 
 #include "base/xml_text.h"
 #include "engine/cleaning_engine.h"
+#include "engine/definition_rules.h"
 #include "engine/registry_location.h"
 #include "engine/restricted_paths.h"
 #include "engine/trace.h"
@@ -74,15 +76,6 @@ constexpr SystemVariable kSystemVariables[] = {
     {"%windir%", Folder, CSIDL_WINDOWS},
 };
 
-// The attributes of one variable, null where one is missing.
-struct VariableElement {
-    const char* name;
-    const char* type;
-    const char* location;
-    const char* valueName;
-    const char* section;
-};
-
 std::string IniVariable(const VariableElement& element, const std::string& file) {
     // Larger than what is kept of it, so that nothing that is cut short can pass for a path.
     char value[2 * kPathCapacity] = "";
@@ -92,39 +85,55 @@ std::string IniVariable(const VariableElement& element, const std::string& file)
 }
 
 std::string VariableValue(const VariableElement& element, const std::string& expandedLocation) {
-    const std::string_view type = element.type;
-    if (type == "REG") {
-        if (const auto location = ParseRegistryLocation(element.location)) {
-            return RegReadText(location->hive, location->path.data(), element.valueName, "");
-        }
-        ENGINE_TRACE(
-            "Error: registry section invalid while creating location variable.  Valid section names are: "
-            "HKCR, "
-            "HKCU and HKLM.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
-            element.name, element.type, element.location, element.valueName);
-    } else if (type == "INI") {
-        return IniVariable(element, expandedLocation);
-    } else if (type == "SYS") {
-        return element.location;
-    } else {
-        ENGINE_TRACE(
-            "Error: Unknown location variable type.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
-            element.name, element.type, element.location, element.valueName);
+    switch (VariableTypeOf(element.type)) {
+        case VariableType::Registry:
+            if (const auto location = ParseRegistryLocation(element.location)) {
+                return RegReadText(location->hive, location->path.data(), element.valueName, "");
+            }
+            ENGINE_TRACE(
+                "Error: registry section invalid while creating location variable.  Valid section names are: "
+                "HKCR, "
+                "HKCU and HKLM.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
+                element.name, element.type, element.location, element.valueName);
+            break;
+        case VariableType::Ini:
+            return IniVariable(element, expandedLocation);
+        case VariableType::System:
+            return element.location;
+        case VariableType::Unknown:
+            ENGINE_TRACE(
+                "Error: Unknown location variable type.  Name: '%s' Type: '%s' Location: '%s' ValueName: "
+                "'%s'.",
+                element.name, element.type, element.location, element.valueName);
+            break;
     }
     return "";
 }
 
 }  // namespace
 
-void CCleaningEngine::CreateSystemLocationVariables() {
-    ENGINE_TRACE("Creating system location variables.");
+std::vector<SystemLocationVariable> SystemLocationVariables() {
+    std::vector<SystemLocationVariable> variables;
     for (const SystemVariable& variable : kSystemVariables) {
         bool defined = false;
-        const std::string value = variable.value(variable.csidl, defined);
-        if (!defined) continue;
-        m_variables->AddDelimitedText(variable.name, value);
-        ENGINE_TRACE("System location variable '%s' has been created with value '%s'.", variable.name,
-                     value.c_str());
+        std::string value = variable.value(variable.csidl, defined);
+        if (defined) variables.push_back({variable.name, std::move(value)});
+    }
+    return variables;
+}
+
+std::vector<std::string_view> SystemLocationVariableNames() {
+    std::vector<std::string_view> names;
+    for (const SystemVariable& variable : kSystemVariables) names.push_back(variable.name);
+    return names;
+}
+
+void CCleaningEngine::CreateSystemLocationVariables() {
+    ENGINE_TRACE("Creating system location variables.");
+    for (const SystemLocationVariable& variable : SystemLocationVariables()) {
+        m_variables->AddDelimitedText(variable.key, variable.value);
+        ENGINE_TRACE("System location variable '%s' has been created with value '%s'.", variable.key,
+                     variable.value.c_str());
     }
 }
 
@@ -149,9 +158,9 @@ void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
     CreateSystemLocationVariables();
     CreateRestrictedPaths();
     ENGINE_TRACE("Loading location variables from xml.");
-    const pugi::xml_node section = FindElement(root, "LocationVariables");
+    const pugi::xml_node section = FindElement(root, kVariablesElement);
     for (const pugi::xml_node& node : section.children()) {
-        if (std::string_view(node.name()) == "LocationVariable") LoadLocationVariable(node);
+        if (std::string_view(node.name()) == kVariableElement) LoadLocationVariable(node);
     }
 }
 
@@ -167,10 +176,8 @@ std::string_view CCleaningEngine::ExpandedForLoad(std::string_view text) {
 }
 
 void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
-    const VariableElement element = {AttributeOrNull(node, "Name"), AttributeOrNull(node, "Type"),
-                                     AttributeOrNull(node, "Location"), AttributeOrNull(node, "ValueName"),
-                                     AttributeOrNull(node, "Section")};
-    if (!element.name || !element.type || !element.location || !element.valueName) {
+    const VariableElement element = ReadVariableElement(node);
+    if (!IsComplete(element)) {
         ENGINE_TRACE(
             "Error: location variable format invalid.  Name: '%s' Type: '%s' Location: '%s' ValueName: '%s'.",
             element.name, element.type, element.location, element.valueName);
@@ -193,7 +200,7 @@ void CCleaningEngine::LoadLocationVariable(const pugi::xml_node& node) {
     } else {
         ExpandForLoad(value);
     }
-    const std::string key = element.name[0] == '%' ? element.name : std::string("%") + element.name + "%";
+    const std::string key = VariableKey(element.name);
     m_variables->AddDelimitedText(key, value);
     ENGINE_TRACE("User-defined Location variable '%s' has been created with value '%s'.", key.c_str(),
                  value.c_str());

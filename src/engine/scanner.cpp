@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine/cleaning_engine.h"
+#include "engine/definition_rules.h"
 #include "engine/folder_search.h"
 #include "engine/item_sink.h"
 #include "engine/recycle_bin.h"
@@ -13,16 +14,9 @@
 
 namespace {
 
-// kept: this variable is never defined, and what the expansion leaves of it is the sign for the recycle bin.
-constexpr char kRecycleBinLocation[] = "%recyclebin%\\";
-
-// A folder item's location taken apart at its last backslash.
 std::uint32_t SearchFolder(const std::string& location, ScanSink& sink) {
-    const std::size_t backslash = location.rfind('\\');
-    if (backslash == std::string::npos || backslash + 1 == location.size()) {
-        return ScanFolder(location, nullptr, sink);
-    }
-    return ScanFolder(location.substr(0, backslash + 1), location.c_str() + backslash + 1, sink);
+    const FolderLocation parts = SplitFolderLocation(location);
+    return ScanFolder(parts.folder, parts.mask, sink);
 }
 
 }  // namespace
@@ -155,7 +149,7 @@ std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
         case ItemType::File:
             return ScanFiles(location, sink);
         case ItemType::Directory:
-            if (::lstrcmpiA(location.c_str(), kRecycleBinLocation) != 0) return SearchFolder(location, sink);
+            if (!IsRecycleBinLocation(location)) return SearchFolder(location, sink);
             sink.SetItem(item, false);  // the bin's entries are never asked of the whitelist
             return ScanRecycleBin(m_window, sink);
         case ItemType::IniValue:

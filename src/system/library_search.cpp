@@ -20,7 +20,7 @@ void RestrictLibrarySearch(LibrarySearch search) {
 
 HMODULE LoadSystemLibrary(const char* name) {
     if (const HMODULE library = ::LoadLibraryExA(name, nullptr, kSystemFolder)) return library;
-    // A Windows too old for such a search takes the whole path.
+    // A Windows too old for such a search takes the whole path, without a look at the manifest.
     char path[MAX_PATH];
     const UINT length = ::GetSystemDirectoryA(path, sizeof path);
     if (length == 0 || length + 1 + std::strlen(name) >= sizeof path) return nullptr;

@@ -1,5 +1,6 @@
 #include "app/configuration.h"
 
+#include <aclapi.h>
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
@@ -215,6 +216,25 @@ TEST_F(Configuration, KeepsItsDefaultsWhereAFileCannotBeUsed) {
         ::CreateFileA(File().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     config->Save(nullptr);
     EXPECT_EQ(FileContent(File()), good) << "neither save reached it";
+}
+
+// Every user may put files into the machine's application data, and these options delete without a question.
+TEST_F(Configuration, TrustsNoFileOfAnotherUser) {
+    const std::string planted = "<config><autoclean>1</autoclean></config>";
+    SID everybody = {SID_REVISION, 1, SECURITY_WORLD_SID_AUTHORITY, {SECURITY_WORLD_RID}};
+    auto security = API_HOOK(GetNamedSecurityInfoA);
+    security.Replace([&](LPCSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID* owner, PSID*, PACL*, PACL*,
+                         PSECURITY_DESCRIPTOR* descriptor) -> DWORD {
+        *owner = &everybody;
+        *descriptor = nullptr;
+        return ERROR_SUCCESS;
+    });
+    const auto config = Loaded(planted);
+    EXPECT_EQ(OptionsOf(*config), kDefaults);
+    config->Save(nullptr);
+    EXPECT_EQ(FileContent(File()), planted) << "nothing is written into a folder of another user";
+    security.FailAlways(0, static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(OptionsOf(*Loaded(planted)), kDefaults) << "nor where the owner cannot be told";
 }
 
 TEST_F(Configuration, TakesTheLinksOfADistribution) {

@@ -34,7 +34,7 @@ ProgramRun::ProgramRun(const std::string& program, const std::string& line, cons
     PROCESS_INFORMATION process = {};
     if (!::CreateProcessA(program.c_str(), text.data(), nullptr, nullptr, FALSE, 0, nullptr,
                           folder.empty() ? nullptr : folder.c_str(), &startup, &process)) {
-        throw std::runtime_error(program + " cannot be started");
+        throw std::runtime_error(program + " cannot be started: " + std::to_string(::GetLastError()));
     }
     ::CloseHandle(process.hThread);
     m_process.reset(process.hProcess);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include <aclapi.h>
 #include <string>
 #include <vector>
 
@@ -238,6 +239,17 @@ TEST_F(DefinitionsFile, IsTheFirstThatOpensOfTheTwoPlaces) {
     noCommonFolder = true;
     EXPECT_EQ(LoadedCategory(), "program");
     noCommonFolder = false;
+    {
+        SID everybody = {SID_REVISION, 1, SECURITY_WORLD_SID_AUTHORITY, {SECURITY_WORLD_RID}};
+        auto security = API_HOOK(GetNamedSecurityInfoA);
+        security.Replace([&](LPCSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID* owner, PSID*, PACL*, PACL*,
+                             PSECURITY_DESCRIPTOR* descriptor) -> DWORD {
+            *owner = &everybody;
+            *descriptor = nullptr;
+            return ERROR_SUCCESS;
+        });
+        EXPECT_EQ(LoadedCategory(), "program") << "another user does not say what is deleted";
+    }
     folder.MakeFile("common\\Quillmere\\Velvane\\cleaning.db", "nonsense");
     EXPECT_EQ(LoadedCategory(), "") << "what opens is what counts";
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "gallery/sample_pictures.h"
+#include "gallery/tree_panels.h"
 #include "ui/theme/glass_button.h"
 #include "ui/theme/image_tooltip.h"
 #include "ui/theme/qm_dialog_base.h"
@@ -75,14 +76,17 @@ struct ButtonKind {
     bool accent;
     bool large;
 };
-const ButtonKind kButtonKinds[] = {
-    {"&Stop", 130, 28, 8, false, false, false},
-    {"&Clean", 130, 28, 8, false, true, false},
-    {"Square corners", 130, 28, -1, false, false, false},
-    {"With picture", 130, 28, 8, true, false, false},
-    {"A text that is too long to fit", 130, 28, 8, false, false, false},
-    {"Scan", 140, 50, 0, true, true, true},
-    {"Scan", 140, 50, 0, false, false, true},
+const std::vector<ButtonKind> kButtonKinds = {
+    {"&Stop", 92, 28, 8, false, false, false},
+    {"&Clean", 92, 28, 8, false, true, false},
+    {"Square corners", 92, 28, -1, false, false, false},
+    {"Picture", 92, 28, 8, true, false, false},
+    {"A text that is too long", 92, 28, 8, false, false, false},
+};
+const std::vector<ButtonKind> kLargeButtonKinds = {
+    {"Scan", 160, 50, 0, true, true, true},
+    {"Scan", 160, 50, 0, false, false, true},
+    {"Scan everything", 160, 50, 0, true, true, true},
 };
 
 // As the start button has it.
@@ -112,26 +116,32 @@ struct SampleButton {
     CGlassButton control;
 };
 
-std::shared_ptr<void> MakeButtons(HWND parent) {
-    const std::string small = WriteTemporaryPicture(*ArrowPicture(16), "gallery-arrow-16.png");
-    const std::string large = WriteTemporaryPicture(*ArrowPicture(32), "gallery-arrow-32.png");
+std::shared_ptr<void> MakeButtonStates(HWND parent, const std::vector<ButtonKind>& kinds) {
+    const int side = kinds.front().large ? 32 : 16;
+    const std::string picture = WriteTemporaryPicture(*ArrowPicture(side), "gallery-arrow.png");
     auto samples = std::make_shared<std::vector<std::unique_ptr<SampleButton>>>();
-    for (const ButtonKind& kind : kButtonKinds) {
-        samples->push_back(std::make_unique<SampleButton>(parent, kind, kind.large ? large : small));
-    }
-    return CCanvas::Fill(parent, [samples](HDC dc, Gdiplus::Graphics& g) {
-        int x = 10;
+    for (const ButtonKind& kind : kinds)
+        samples->push_back(std::make_unique<SampleButton>(parent, kind, picture));
+    return CCanvas::Fill(parent, [samples, &kinds](HDC dc, Gdiplus::Graphics& g) {
+        int y = 4;
         for (const ButtonState& state : kButtonStates) {
-            Label(g, state.name, x, 8, 150);
-            int y = 30;
+            Label(g, state.name, 10, y);
+            int x = 10;
             for (std::size_t i = 0; i < samples->size(); ++i) {
-                const ButtonKind& kind = kButtonKinds[i];
-                (*samples)[i]->Paint(dc, Box(x, y, kind.width, kind.height), state);
-                y += kind.height + 10;
+                (*samples)[i]->Paint(dc, Box(x, y + 18, kinds[i].width, kinds[i].height), state);
+                x += kinds[i].width + 8;
             }
-            x += 155;
+            y += kinds.front().height + 24;
         }
     });
+}
+
+std::shared_ptr<void> MakeButtons(HWND parent) {
+    return MakeButtonStates(parent, kButtonKinds);
+}
+
+std::shared_ptr<void> MakeLargeButtons(HWND parent) {
+    return MakeButtonStates(parent, kLargeButtonKinds);
 }
 
 // Real ones, to be tried.
@@ -175,7 +185,7 @@ std::shared_ptr<void> MakeGroups(HWND parent) {
     for (const Row& row : rows) {
         groups->push_back(std::make_unique<CThemeGroup>());
         CThemeGroup& group = *groups->back();
-        const RECT place = Box(10 + number % 3 * 210, 10 + number / 3 * 110, 200, 100);
+        const RECT place = Box(10 + number % 3 * 165, 10 + number / 3 * 100, 155, 90);
         if (row.picture) group.SetImage(LandscapePicture(g_Theme.Scale(32), g_Theme.Scale(32)));
         group.SetFlat(row.flat);
         group.Create(parent, &place, row.caption,
@@ -190,20 +200,20 @@ std::shared_ptr<void> MakeGroups(HWND parent) {
 std::shared_ptr<void> MakeShapes(HWND parent) {
     return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
         for (unsigned corners = 0; corners < 16; ++corners) {
-            const int x = 10 + static_cast<int>(corners % 8) * 75,
+            const int x = 10 + static_cast<int>(corners % 8) * 61,
                       y = 10 + static_cast<int>(corners / 8) * 50;
-            FillRoundRect(g, ToRectF(Box(x, y, 65, 40)), g_Theme.panel, 20, corners);
-            DrawRoundRect(g, ToRectF(Box(x, y, 64, 39)), g_Theme.text, 1, 20, corners);
+            FillRoundRect(g, ToRectF(Box(x, y, 53, 40)), g_Theme.panel, 20, corners);
+            DrawRoundRect(g, ToRectF(Box(x, y, 52, 39)), g_Theme.text, 1, 20, corners);
         }
         const float radii[] = {0, 2, 6, 10, 20, 43, 1000};
         int x = 10;
         for (const float radius : radii) {
-            FillGradient(g, ToRectF(Box(x, 120, 75, 48)), Gdiplus::Color(0xFFFFFFFF), g_Theme.accentActive,
+            FillGradient(g, ToRectF(Box(x, 120, 60, 48)), Gdiplus::Color(0xFFFFFFFF), g_Theme.accentActive,
                          radius);
-            FillRadial(g, ToRectF(Box(x, 180, 75, 48)), Gdiplus::Color(0xFFFFFFFF), g_Theme.accentInactive,
+            FillRadial(g, ToRectF(Box(x, 180, 60, 48)), Gdiplus::Color(0xFFFFFFFF), g_Theme.accentInactive,
                        {}, radius);
-            DrawRoundRect(g, ToRectF(Box(x, 240, 75, 48)), Gdiplus::Color(0xFFFF8522), 1.8f, radius);
-            x += 85;
+            DrawRoundRect(g, ToRectF(Box(x, 240, 60, 48)), Gdiplus::Color(0xFFFF8522), 1.8f, radius);
+            x += 70;
         }
     });
 }
@@ -229,10 +239,10 @@ std::shared_ptr<void> MakeColours(HWND parent) {
         };
         int number = 0;
         for (const auto& [name, color] : roles) {
-            const int x = 10 + number % 5 * 120, y = 10 + number / 5 * 70;
-            FillRoundRect(g, ToRectF(Box(x, y, 110, 40)), color, 10);
-            DrawRoundRect(g, ToRectF(Box(x, y, 109, 39)), g_Theme.midGrey, 1, 10);
-            Label(g, name, x, y + 42, 118);
+            const int x = 10 + number % 5 * 98, y = 10 + number / 5 * 70;
+            FillRoundRect(g, ToRectF(Box(x, y, 90, 40)), color, 10);
+            DrawRoundRect(g, ToRectF(Box(x, y, 89, 39)), g_Theme.midGrey, 1, 10);
+            Label(g, name, x, y + 42, 96);
             ++number;
         }
     });
@@ -240,7 +250,7 @@ std::shared_ptr<void> MakeColours(HWND parent) {
 
 std::shared_ptr<void> MakeTexts(HWND parent) {
     return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
-        const char* const sentence = "The quick brown fox jumps over the lazy dog \xC3\xA9\xC3\xB6\xC3\xB1";
+        const char* const sentence = "The quick brown fox over the dog \xC3\xA9\xC3\xB6\xC3\xB1";
         int y = 10;
         for (const int points : {18, 12, 10, 8}) {
             for (const int fontStyle :
@@ -260,13 +270,14 @@ std::shared_ptr<void> MakeTexts(HWND parent) {
         // The same in boxes that are too narrow, and in several lines.
         TextStyle style;
         style.points = 10;
+        int x = 10;
         for (const int width : {40, 90, 160}) {
-            const Gdiplus::RectF box = ToRectF(Box(10 + width, y, width, 50));
+            const Gdiplus::RectF box = ToRectF(Box(x, y, width, 50));
             DrawRoundRect(g, box, g_Theme.panelLine, 1, 0);
             g_Theme.DrawText(g, sentence, box, style);
-            y += 0;
+            x += width + 8;
         }
-        const Gdiplus::RectF single = ToRectF(Box(330, y, 250, 22));
+        const Gdiplus::RectF single = ToRectF(Box(330, y, 160, 22));
         DrawRoundRect(g, single, g_Theme.panelLine, 1, 0);
         style.vertical = Gdiplus::StringAlignmentCenter;
         style.horizontal = Gdiplus::StringAlignmentFar;
@@ -382,14 +393,15 @@ std::shared_ptr<void> MakeTips(HWND parent) {
 
 std::vector<GalleryPanel> GalleryPanels() {
     return {
-        {"colours", {620, 220}, MakeColours},
-        {"shapes", {620, 300}, MakeShapes},
-        {"texts", {620, 360}, MakeTexts},
-        {"buttons", {790, 360}, MakeButtons},
-        {"live-buttons", {220, 360}, MakeLiveButtons},
-        {"groups", {640, 340}, MakeGroups},
+        {"colours", {500, 220}, MakeColours},
+        {"shapes", {500, 300}, MakeShapes},
+        {"texts", {500, 360}, MakeTexts},
+        {"buttons", {510, 270}, MakeButtons},
+        {"large-buttons", {510, 380}, MakeLargeButtons},
+        {"live-buttons", {200, 200}, MakeLiveButtons},
+        {"groups", {505, 310}, MakeGroups},
         {"dialogs", {340, 340}, MakeDialogs},
-        {"tips", {400, 390}, MakeTips},
-        // Here the tree adds its own: {"tree", {620, 400}, MakeTree}.
+        {"tips", {400, 380}, MakeTips},
+        // Here the tree adds its own: {"tree", {500, 380}, MakeTree}.
     };
 }

@@ -9,7 +9,8 @@
 // One page of the gallery.
 struct GalleryPanel {
     const char* name;  // of its picture, too
-    SIZE size;         // at scale 1
+    // At scale 1. At scale 2 it has to fit a screen of 1024 by 768: nothing is drawn beyond its edges.
+    SIZE size;
     // Puts the controls into `parent`, which has the panel's size at the theme's scale, reflects
     // notifications and is painted in the theme's background. What is returned lives until the window is
     // destroyed.

@@ -10,7 +10,7 @@ struct tagCHECKED_MESSAGE {
 };
 
 // MessageBoxA with a check box below its text, for a question that the user may silence. The answer is
-// MessageBoxA's; `record.checked` counts whatever the answer is. One box at a time. If the check box cannot be
-// added, it is a plain message box and the record stays as it came. Main thread.
+// MessageBoxA's; `record.checked` counts whatever the answer is. One box at a time. If the check box cannot
+// be added, it is a plain message box and the record stays as it came. Main thread.
 int MessageBoxWithCheck(HWND owner, const char* text, const char* caption, UINT type,
                         tagCHECKED_MESSAGE& record);

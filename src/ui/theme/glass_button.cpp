@@ -47,7 +47,7 @@ Gdiplus::Color GlassButtonColor(const Gdiplus::Color& rest, bool hot) {
 }
 
 bool CGlassButton::Attach(HWND window, float cornerRadius, const char* imagePath, bool accent, bool large) {
-    if (m_hWnd != window && !SubclassWindow(window)) return false;
+    if (window == nullptr || (m_hWnd != window && !SubclassWindow(window))) return false;
     ModifyStyle(0, BS_OWNERDRAW);
     // Not the other way round, which a NaN would pass.
     m_cornerRadius = cornerRadius > 0 ? cornerRadius : 0;

@@ -16,8 +16,7 @@ int TextHeight(const CWindow& dialog, HFONT font, const std::string& text) {
     RECT area = {};
     ::DrawTextA(dc.m_hDC, text.empty() ? "X" : text.c_str(), -1, &area,
                 DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
-    // The strip is painted by GDI+, which wants a little more.
-    return std::max<int>(area.bottom, g_Theme.MeasureText("X", kTitlePoints).cy);
+    return area.bottom;
 }
 
 // A picture as high as the strip's text, with its own proportions.
@@ -158,5 +157,6 @@ void CQMDialogFrame::DropFrame() {
 }
 
 void CQMDialogFrame::PaintFrame(const CWindow& dialog, HDC dc) const {
-    PaintDialogFrame(dc, dialog.GetClientRect(), m_layout, m_look, m_titleImage.get(), m_caption, m_close);
+    PaintDialogFrame(dc, dialog.GetClientRect(), m_layout, m_look, m_titleImage.get(), m_titleFont.get(),
+                     m_caption, m_close);
 }

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr int kTitlePoints = 12;
 constexpr LONG kGap = 6;  // between the edge, the picture and the text
 constexpr LONG kCloseGap = 4;
 
@@ -66,23 +65,28 @@ DialogFrameLayout LayoutDialogFrame(SIZE client, int titleHeight, SIZE icon, int
 }
 
 void PaintDialogFrame(HDC dc, const RECT& client, const DialogFrameLayout& layout,
-                      const DialogFrameLook& look, Gdiplus::Bitmap* icon, const std::string& caption,
-                      CloseState close) {
-    Gdiplus::Graphics g(dc);
-    g.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    g.FillRectangle(&*g_Theme.backgroundBrush, ToRectF(client));
-    const Gdiplus::Color accent = g_Theme.Accent();
-    FillGradient(g, ToRectF(layout.title), Blend(accent, g_Theme.white, 0.2f), accent, 0);
-    if (icon != nullptr) DrawPicture(g, *icon, ToRectF(layout.icon));
-    TextStyle style;
-    style.points = kTitlePoints;
-    style.color = g_Theme.white;
-    style.vertical = Gdiplus::StringAlignmentCenter;
-    style.singleLine = true;
-    g_Theme.DrawText(g, caption, ToRectF(layout.caption), style);
-    if (HasArea(layout.close)) PaintClose(g, layout.close, close);
-    Gdiplus::RectF edge = ToRectF(client);
-    edge.Width -= 1;
-    edge.Height -= 1;
-    DrawRoundRect(g, edge, look.border, look.borderWidth, look.cornerRadius);
+                      const DialogFrameLook& look, Gdiplus::Bitmap* icon, HFONT font,
+                      const std::string& caption, CloseState close) {
+    {
+        Gdiplus::Graphics g(dc);
+        g.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
+        g.FillRectangle(&*g_Theme.backgroundBrush, ToRectF(client));
+        const Gdiplus::Color accent = g_Theme.Accent();
+        FillGradient(g, ToRectF(layout.title), Blend(accent, g_Theme.white, 0.2f), accent, 0);
+        if (icon != nullptr) DrawPicture(g, *icon, ToRectF(layout.icon));
+        if (HasArea(layout.close)) PaintClose(g, layout.close, close);
+        Gdiplus::RectF edge = ToRectF(client);
+        edge.Width -= 1;
+        edge.Height -= 1;
+        DrawRoundRect(g, edge, look.border, look.borderWidth, look.cornerRadius);
+    }
+    // The title's font is one of GDI, whoever has set it.
+    const CSelectedObject selected(dc, font);
+    const COLORREF color = ::SetTextColor(dc, g_Theme.white.ToCOLORREF());
+    const int mode = ::SetBkMode(dc, TRANSPARENT);
+    RECT area = layout.caption;
+    ::DrawTextA(dc, caption.c_str(), static_cast<int>(caption.size()), &area,
+                DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
+    ::SetBkMode(dc, mode);
+    ::SetTextColor(dc, color);
 }

@@ -33,6 +33,7 @@ struct DialogFrameLook {
     float borderWidth = 1;
     Gdiplus::Color border = Gdiplus::Color(0xFF2F2F2F);
 };
+// `font` is the caption's.
 void PaintDialogFrame(HDC dc, const RECT& client, const DialogFrameLayout& layout,
-                      const DialogFrameLook& look, Gdiplus::Bitmap* icon, const std::string& caption,
-                      CloseState close);
+                      const DialogFrameLook& look, Gdiplus::Bitmap* icon, HFONT font,
+                      const std::string& caption, CloseState close);

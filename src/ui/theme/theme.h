@@ -115,8 +115,8 @@ class CTheme {
                      int width = 0);
 
   private:
-    std::wstring PrepareText(std::string_view content, const Gdiplus::RectF& area, const TextStyle& style,
-                             Gdiplus::StringFormat& format);
+    std::wstring PrepareText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                             const TextStyle& style, Gdiplus::StringFormat& format);
     void MakeBrushes();
     void MakeFonts();
     void DropFonts();

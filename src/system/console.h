@@ -5,8 +5,11 @@
 #include <string>
 #include <string_view>
 
-// The program's three standard streams. Everything goes out as UTF-8, whatever the process's code page is.
-// On the main thread.
+// A console program's three standard streams. Everything goes out as UTF-8, whatever the process's code page
+// is. On the main thread.
+
+// The name that PrintError puts in front of what it prints; lives as long as the program.
+void SetProgramName(const char* name);
 
 // Makes a console show UTF-8 for as long as it lives.
 class ConsoleCodePage {
@@ -33,7 +36,8 @@ std::string OneLine(std::string text);
 // Writes to standard output as it is.
 void Print(std::string_view utf8);
 
-// Writes one line to standard error: the program's name, what is concerned (a file, an option) and the cause.
+// Writes one line to standard error: the program's name, what is concerned (a file, an option, the program by
+// its name) and the cause.
 void PrintError(std::string_view subject, std::string_view cause);
 
 // What the system says of an error, without line ends and the full stop.

@@ -1,4 +1,4 @@
-#include "cli/console.h"
+#include "system/console.h"
 
 #include <atomic>
 #include <cstdio>
@@ -6,8 +6,13 @@
 namespace {
 
 std::atomic<bool> g_asking{false};
+const char* g_programName = "velvane";
 
 }  // namespace
+
+void SetProgramName(const char* name) {
+    g_programName = name;
+}
 
 ConsoleCodePage::ConsoleCodePage() {
     if (!IsTerminal(STD_OUTPUT_HANDLE) && !IsTerminal(STD_ERROR_HANDLE)) return;
@@ -51,8 +56,8 @@ void Print(std::string_view utf8) {
 
 void PrintError(std::string_view subject, std::string_view cause) {
     std::fflush(stdout);
-    std::string line = "velvane-cli: ";
-    if (subject != "velvane-cli") line.append(subject).append(": ");
+    std::string line = std::string(g_programName) + ": ";
+    if (subject != g_programName) line.append(subject).append(": ");
     line.append(cause);
     line = OneLine(Utf8Text(line)) + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);

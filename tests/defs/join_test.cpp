@@ -1,0 +1,130 @@
+#include "defs/join.h"
+
+#include <gtest/gtest.h>
+
+#include "base/base64.h"
+#include "defs/definitions_text.h"
+#include "engine/engine_fixture.h"
+
+namespace {
+
+Sources SourcesOf(const std::vector<std::pair<std::string, std::string>>& files) {
+    Sources sources;
+    for (const auto& [file, text] : files) sources.push_back(std::make_unique<SourceDocument>(file, text));
+    return sources;
+}
+
+// The joined text, for which `reasons` has to be what is wrong.
+std::string Joined(const Sources& sources, const std::string& reasons = "") {
+    std::vector<Finding> findings;
+    const std::string text = JoinSources(sources, findings);
+    std::string told;
+    for (const Finding& finding : findings) told += FindingText(finding) + "\n";
+    EXPECT_EQ(told, reasons);
+    return text;
+}
+
+constexpr char kFirst[] =
+    "<?xml version='1.0'?><!-- a comment --><xclean_def version='3'>"
+    "<LocationVariables><LocationVariable Name='a' Type='SYS' Location='C:\\a' "
+    "ValueName=''/></LocationVariables>"
+    "<Category Name='C' Help='say &quot;h&quot;'><Application Name='A'><!-- x -->"
+    "<Entity Name='E'><i Type='File' Location='%b%\\x' Action='All'/></Entity></Application></Category>"
+    "</xclean_def>";
+constexpr char kSecond[] =
+    "<xclean_def version='3' date='d'>"
+    "<LocationVariables><LocationVariable Name='b' Type='SYS' Location='%a%\\b' "
+    "ValueName=''/></LocationVariables>"
+    "<Category Name='D'/><Category Name='C'><Application Name='B' Default='0'/></Category><Category "
+    "Name='D'/>"
+    "</xclean_def>";
+
+TEST(Join, MakesOneDocumentOfMany) {
+    EXPECT_EQ(Joined(SourcesOf({{"1", kFirst}, {"2", kSecond}})), R"(<xclean_def version="3" date="d">
+  <LocationVariables>
+    <LocationVariable Name="a" Type="SYS" Location="C:\a" ValueName=""/>
+    <LocationVariable Name="b" Type="SYS" Location="%a%\b" ValueName=""/>
+  </LocationVariables>
+  <Category Name="C" Help='say "h"'>
+    <Application Name="A">
+      <Entity Name="E">
+        <i Type="File" Location="%b%\x" Action="All"/>
+      </Entity>
+    </Application>
+    <Application Name="B" Default="0"/>
+  </Category>
+  <Category Name="D"/>
+  <Category Name="D"/>
+</xclean_def>
+)");
+}
+
+class PackedFiles : public EngineTest {
+  protected:
+    static void Expect(const Finding& finding) { ADD_FAILURE() << FindingText(finding); }
+    static void ExpectNone(const std::string& file, const char* cause) { ADD_FAILURE() << file << cause; }
+    static constexpr PackReport kSilence = {Expect, ExpectNone};
+
+    static std::string Unpacked(const std::string& path) {
+        return SourceText(ReadFileBytes(path).value_or(""));
+    }
+};
+
+TEST_F(PackedFiles, ComeBackAsTheyWereAndLoadAsTheirSourcesDo) {
+    const std::string source = folder.MakeFile("s.xml", kFirst);
+    const std::string database = folder.At("s.db");
+    ASSERT_EQ(PackFiles({source}, database, kSilence), PackOutcome::Packed);
+    const std::string text = Unpacked(database);
+    EXPECT_EQ(text, Joined(SourcesOf({{"s", kFirst}})));
+    // A database does where a source does, and packing it again changes nothing.
+    ASSERT_EQ(PackFiles({database}, folder.At("t.db"), kSilence), PackOutcome::Packed);
+    EXPECT_EQ(Unpacked(folder.At("t.db")), text);
+
+    CCleaningEngine fromText;
+    WriteDefinitions(kFirst);
+    ASSERT_TRUE(LoadWithoutChoices(fromText, definitionsFile));
+    CCleaningEngine fromPack;
+    ASSERT_TRUE(LoadWithoutChoices(fromPack, database));
+    EXPECT_EQ(ExplainText(fromPack, {}), ExplainText(fromText, {}));
+    EXPECT_EQ(CoverageText(fromPack), CoverageText(fromText));
+}
+
+TEST_F(PackedFiles, HavePicturesFromBesideTheirSource) {
+    for (const std::string& bytes :
+         {std::string("abc"), std::string("abcd\0\xFF", 6), std::string("abcde")}) {
+        folder.MakeFile("pictures\\a.png", bytes);
+        const std::string text =
+            Joined(SourcesOf({{folder.At("s.xml"),
+                               "<xclean_def><Category Name='C' ImageFile='pictures/a.png'/></xclean_def>"}}));
+        const std::string start = "<Category Name=\"C\" Image=\"";
+        const std::size_t at = text.find(start);
+        ASSERT_NE(at, std::string::npos) << text;
+        const auto decoded = DecodeBase64(std::string_view(text).substr(at + start.size()));
+        EXPECT_EQ(std::string(decoded.begin(), decoded.end()), bytes);
+    }
+    Joined(SourcesOf({{"s",
+                       "<xclean_def><Category Name='C' ImageFile='none.png'><Application ImageFile='a' "
+                       "Image='b'/></Category></xclean_def>"}}),
+           "s:1:32: error: 'none.png' cannot be read\ns:1:66: error: there is an Image already\n");
+}
+
+TEST_F(PackedFiles, AreNotMadeOfWhatCannotBeRead) {
+    static std::string told;
+    told.clear();
+    const PackReport report = {
+        [](const Finding& finding) { told += FindingText(finding) + "\n"; },
+        [](const std::string& file, const char* cause) { told += file + ": " + cause + "\n"; }};
+    const std::string broken = folder.MakeFile("broken.xml", "<xclean_def>\n<");
+    const std::string none = folder.At("none.xml");
+    const std::string database = folder.At("s.db");
+    EXPECT_EQ(PackFiles({none, broken}, database, report), PackOutcome::Unreadable);
+    EXPECT_EQ(told,
+              none + ": cannot be read\n" + broken + ":2:1: error: nothing loads: Start-end tags mismatch\n");
+    EXPECT_FALSE(Exists(database));
+    told.clear();
+    const std::string good = folder.MakeFile("good.xml", kSecond);
+    EXPECT_EQ(PackFiles({good}, folder.At("no\\such\\s.db"), report), PackOutcome::NotWritten);
+    EXPECT_EQ(told, folder.At("no\\such\\s.db") + ": cannot be written\n");
+}
+
+}  // namespace
