@@ -8,7 +8,6 @@
 #define IDD_SCAN 479
 #define IDD_CONFIRM 220
 #define IDD_RESTART 221
-#define IDD_PLAIN_SCREEN 222       // of a page that has none of its own yet
 #define IDD_ABOUT 340
 #define IDD_SHREDDER 480
 #define IDD_SETTINGS 483
@@ -34,6 +33,40 @@
 // The confirmation by a word
 #define IDC_CONFIRM_WORD 1034
 #define IDC_CONFIRM_MESSAGE 1040
+
+// The shredder
+#define IDC_SHRED_BIN_NAME 1005    // not on show
+#define IDC_SHRED_ADD 1006
+#define IDC_SHRED_REMOVE 1007
+#define IDC_SHRED_THREE 1011
+#define IDC_SHRED_ONCE 1012
+#define IDC_SHRED_SEVEN 1013
+#define IDC_SHRED_PROGRESS 1014
+#define IDC_SHRED_LIST 1024
+#define IDC_SHRED_START 1025
+#define IDC_SHRED_MODE_PLACE 1037  // where the frames are made
+#define IDC_SHRED_LIST_PLACE 1038
+#define IDC_SHRED_ANIMATION 1052   // where the animation is drawn
+#define IDC_SHRED_STOP 1059
+#define IDC_SHRED_LIST_LABEL 1060
+#define IDC_SHRED_LIST_GROUP 7001
+#define IDC_SHRED_MODE_GROUP 7002
+
+// The about page
+#define IDC_ABOUT_COMPANY 1043
+#define IDC_ABOUT_UPDATE 1045
+#define IDC_ABOUT_SUPPORT 1046
+#define IDC_ABOUT_DEFINITIONS 1047
+#define IDC_ABOUT_VERSION 1048
+#define IDC_ABOUT_LAST_CHECK 1052  // not on show, like the next two
+#define IDC_ABOUT_UPDATE_SETTINGS 1053
+#define IDC_ABOUT_AUTO_CHECK 1069
+#define IDC_ABOUT_ASK_BEFORE 1070
+#define IDC_ABOUT_HELP 1071
+#define IDC_ABOUT_VERSIONS_PLACE 1074  // where the frames are made
+#define IDC_ABOUT_LINKS_PLACE 1075
+#define IDC_ABOUT_VERSIONS_GROUP 7101
+#define IDC_ABOUT_LINKS_GROUP 7102
 
 // The settings
 #define IDC_SETTINGS_TREE_PLACE 1016   // where the tree is made

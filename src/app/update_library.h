@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "app/update_settings.h"
+
 // The update library Kovar3.dll, which other products of ours share and which need not be there. Each use
 // loads it, makes its call and unloads it; where the library or an entry of it is missing, nothing happens
 // and nobody is told. User interface thread: the library's dialogs run within the call.
@@ -70,12 +72,9 @@ class CUniversalWrapper {
     Entries m_entries = {};
 };
 
-// Shows the library's settings. Always 0.
-// kept: no instance is made for this, nor for the next; the library is handed a zero and has to accept it.
-int ShowUpdateSettings(HWND owner);
-
 // Looks for updates and installs them, with the library's windows. An older library does not get the flag.
 // Always 0.
+// kept: no instance is made for this either.
 int RunUpdatesWithUi(bool flag);
 
 // Offers the page on which the user can leave an e-mail address. `page` is the page's path, `linkTail` the

@@ -12,20 +12,6 @@
 
 namespace {
 
-// The next entry of a listing. One whose name is too long for the find data fails the call by itself; what
-// stands behind it is found all the same.
-bool NextEntry(HANDLE find, WIN32_FIND_DATAA& entry, const ScanSink& sink) {
-    // Bounded, for a file system that fails in this way without moving on.
-    constexpr int kMostFailures = 1000;
-    for (int failures = 0; !::FindNextFileA(find, &entry); ++failures) {
-        const DWORD error = ::GetLastError();
-        const bool onlyName =
-            error == ERROR_MORE_DATA || error == ERROR_INSUFFICIENT_BUFFER || error == ERROR_BUFFER_OVERFLOW;
-        if (!onlyName || failures == kMostFailures || sink.Cancelled()) return false;
-    }
-    return true;
-}
-
 // One level of a folder search.
 class FolderLevel {
   public:
@@ -40,7 +26,7 @@ class FolderLevel {
         if (!find) return 0;
         do {
             ScanEntry(entry);
-        } while (NextEntry(find.get(), entry, m_sink) && !m_sink.Cancelled());
+        } while (FindNextEntry(find.get(), entry) && !m_sink.Cancelled());
         return m_count;
     }
 
@@ -85,7 +71,7 @@ std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink) {
         if (!name) continue;
         sink.Add(ResultType::File, folder, std::string(*name));
         ++count;
-    } while (NextEntry(find.get(), entry, sink) && !sink.Cancelled());
+    } while (FindNextEntry(find.get(), entry) && !sink.Cancelled());
     return count;
 }
 

@@ -12,8 +12,8 @@
 #include "engine/url_cache.h"
 #include "system/files.h"
 #include "system/handles.h"
+#include "system/redirection_off.h"
 #include "system/redirection_table.h"
-#include "system/system_facts.h"
 
 namespace {
 
@@ -24,21 +24,6 @@ static_assert(kSpecialAttributes == 0x4A00);
 
 // How long a dry run takes for a file, in milliseconds.
 constexpr DWORD kDryRunPause = 500;
-
-// Switches the thread's file system redirection off for as long as it lives, where the system lets it.
-class RedirectionOff {
-  public:
-    explicit RedirectionOff(bool wanted) : m_changed(wanted && DisableFsRedirection(&m_saved)) {}
-    ~RedirectionOff() {
-        if (m_changed) RevertFsRedirection(&m_saved);
-    }
-    RedirectionOff(const RedirectionOff&) = delete;
-    RedirectionOff& operator=(const RedirectionOff&) = delete;
-
-  private:
-    PVOID m_saved = nullptr;
-    bool m_changed;
-};
 
 bool IsFolderLink(const std::string& path) {
     const DWORD attributes = ::GetFileAttributesA(path.c_str());

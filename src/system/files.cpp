@@ -85,6 +85,18 @@ bool IsLink(const char* path) {
     return !entry || IsLink(entry->dwFileAttributes, entry->dwReserved0);
 }
 
+bool FindNextEntry(HANDLE find, WIN32_FIND_DATAA& entry) {
+    // Bounded, for a file system that fails in this way without moving on.
+    constexpr int kMostFailures = 1000;
+    for (int failures = 0; !::FindNextFileA(find, &entry); ++failures) {
+        const DWORD error = ::GetLastError();
+        const bool onlyName =
+            error == ERROR_MORE_DATA || error == ERROR_INSUFFICIENT_BUFFER || error == ERROR_BUFFER_OVERFLOW;
+        if (!onlyName || failures == kMostFailures) return false;
+    }
+    return true;
+}
+
 std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder) {
     const std::string_view name(entry.cFileName, ::strnlen(entry.cFileName, sizeof entry.cFileName));
     if (name.empty() || name.size() == sizeof entry.cFileName) return std::nullopt;
@@ -95,6 +107,12 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
     // U+FFFD is the same in UTF-8, but a name may really hold it.
     if (name.find("\xEF\xBF\xBD") != std::string_view::npos && IsGone(path->c_str())) return std::nullopt;
     return name;
+}
+
+bool IsSurvivingPath(const std::string& path) {
+    if (path.empty() || path.size() >= kPathCapacity) return false;
+    if (path.find_first_of("*?") != std::string::npos) return false;
+    return path.find("\xEF\xBF\xBD") == std::string::npos || !IsGone(path.c_str());
 }
 
 std::string FinalPath(HANDLE handle) {

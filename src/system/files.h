@@ -24,9 +24,17 @@ bool IsLink(DWORD attributes, DWORD tag);
 // The same by path; false when it does not exist.
 bool IsLink(const char* path);
 
+// The next entry of a listing. One whose name is too long for the find data fails the system's call by
+// itself; what stands behind it is found all the same.
+bool FindNextEntry(HANDLE find, WIN32_FIND_DATAA& entry);
+
 // The name of a found entry if it names that entry again when it is handed back to the system; nothing
 // when the name has characters that the process's code page does not have or does not fit.
 std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder);
+
+// The same for a whole path that the system has put into the process's code page: false for one that may name
+// something else than it did there, or is too long for the program to handle.
+bool IsSurvivingPath(const std::string& path);
 
 // Where an open file or folder really is, with the prefix \\?\ in front; empty if the system cannot tell.
 std::string FinalPath(HANDLE handle);

@@ -70,7 +70,7 @@ class StandInFolder : public Counted<IShellFolder2> {
     }
 
     HRESULT STDMETHODCALLTYPE GetDisplayNameOf(LPCITEMIDLIST id, SHGDNF flags, STRRET* name) override {
-        if (flags != SHGDN_FORPARSING) return E_INVALIDARG;
+        if (flags != SHGDN_FORPARSING && flags != SHGDN_NORMAL) return E_INVALIDARG;
         const DeletedEntry& entry = EntryOf(id);
         switch (entry.form) {
             case NameForm::Wide: {
@@ -99,7 +99,7 @@ class StandInFolder : public Counted<IShellFolder2> {
 
     HRESULT STDMETHODCALLTYPE BindToObject(LPCITEMIDLIST id, IBindCtx*, REFIID what, void** object) override {
         *object = nullptr;
-        if (what != IID_IShellFolder2) return E_NOINTERFACE;
+        if (what != IID_IShellFolder2 && what != IID_IShellFolder) return E_NOINTERFACE;
         const DeletedEntry& entry = EntryOf(id);
         if (SUCCEEDED(entry.bind)) *object = new StandInFolder(entry.children);
         return entry.bind;

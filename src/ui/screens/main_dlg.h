@@ -10,9 +10,12 @@
 #include "resources/ids.h"
 #include "ui/screens/animation_frames.h"
 #include "ui/screens/common_interface.h"
+#include "ui/screens/dlg_about.h"
 #include "ui/screens/dlg_scan.h"
+#include "ui/screens/dlg_schedule.h"
+#include "ui/screens/dlg_settings.h"
+#include "ui/screens/dlg_shredder.h"
 #include "ui/screens/nav_wnd.h"
-#include "ui/screens/plain_screens.h"
 #include "ui/window/dialog_impl.h"
 #include "ui/window/message_loop.h"
 
