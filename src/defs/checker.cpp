@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <set>
 #include <span>
 #include <tuple>
 
@@ -10,6 +11,7 @@
 #include "base/xml_text.h"
 #include "defs/item_check.h"
 #include "defs/join.h"
+#include "defs/patterns.h"
 #include "defs/variable_check.h"
 #include "engine/definition_rules.h"
 #include "engine/image_file.h"
@@ -43,6 +45,7 @@ class Checker {
           m_itemCheck(m_variables, never, result.findings) {}
 
     void Run() {
+        ExpandPatterns(m_sources, result.findings);
         Sources::size_type usable = 0;
         for (const auto& source : m_sources) {
             if (source->BadByte()) result.findings.push_back(*source->BadByte());
@@ -63,8 +66,10 @@ class Checker {
         result.findings.push_back(m_source->FindingAt(place, std::move(reason)));
     }
 
-    // The same place may be reached twice: by the join and by us.
+    // The same place may be reached twice: by the join and by us, and for each value of a pattern's list.
     void Sort() {
+        std::set<std::string> told;
+        std::erase_if(result.findings, [&](const Finding& f) { return !told.insert(FindingText(f)).second; });
         const auto order = [this](const Finding& finding) {
             const auto at =
                 std::ranges::find(m_sources, finding.file, [](const auto& source) { return source->File(); });
@@ -118,10 +123,8 @@ class Checker {
             if (!IsElement(child, kApplicationElement)) continue;
             ++result.applications;
             const char* name = AttributeOrNull(child, "Name");
-            const std::string place =
-                m_source->File() + ":" + std::to_string(m_source->PositionOf(child).line);
             if (name) {
-                const auto [first, added] = names.emplace(name, place);
+                const auto [first, added] = names.emplace(name, m_source->PlaceOf(child));
                 if (!added) ReportTwin(child, first->second);
             }
             std::map<std::string, pugi::xml_node> none;
@@ -203,10 +206,7 @@ class Checker {
             Report(name, "a double quote in a name: the user's choice is not kept");
         }
         const auto [first, added] = siblings.emplace(name.value(), node);
-        if (!added) {
-            ReportTwin(node,
-                       m_source->File() + ":" + std::to_string(m_source->PositionOf(first->second).line));
-        }
+        if (!added) ReportTwin(node, m_source->PlaceOf(first->second));
         return true;
     }
 

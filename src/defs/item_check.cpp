@@ -43,8 +43,7 @@ void ItemCheck::Check(const SourceDocument& source, const pugi::xml_node& node) 
     const char* valueName = element.valueName ? element.valueName : "";
     const Target target = TargetOf(type, PlainLocation(m_variables.Named(element.location)), valueName);
     const std::string key = std::to_string(static_cast<int>(type)) + target.text;
-    const auto [first, added] =
-        m_places.emplace(key, source.File() + ":" + std::to_string(source.PositionOf(node).line));
+    const auto [first, added] = m_places.emplace(key, source.PlaceOf(node));
     if (!added) m_findings.push_back(source.FindingAt(node, "the same item stands at " + first->second));
     const std::string never = m_never.WhyNever(target);
     if (!never.empty()) report("Location", "never a target: " + never);

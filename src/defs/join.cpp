@@ -8,6 +8,7 @@
 #include "base/db_container.h"
 #include "base/memory_archive.h"
 #include "base/xml_text.h"
+#include "defs/patterns.h"
 #include "engine/definition_elements.h"
 
 namespace {
@@ -193,6 +194,7 @@ PackOutcome PackFiles(const std::vector<std::string>& sources, const std::string
     }
     if (!allUsable) return PackOutcome::Unreadable;
     std::vector<Finding> findings;
+    ExpandPatterns(documents, findings);
     const std::string text = JoinSources(documents, findings);
     for (const Finding& finding : findings) report.finding(finding);
     if (!findings.empty()) return PackOutcome::Findings;

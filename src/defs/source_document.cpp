@@ -85,6 +85,12 @@ TextPosition SourceDocument::PositionOf(const pugi::xml_attribute& attribute) co
     return PositionOf(attribute.name());
 }
 
+std::string SourceDocument::PlaceOf(const pugi::xml_node& node) const {
+    const Origin* origin = OriginOf(node.internal_object());
+    if (!origin) return m_file + ":" + std::to_string(PositionOf(node).line);
+    return origin->file + ":" + std::to_string(origin->at.line) + ", used at " + origin->use + ",";
+}
+
 // `parsed` points into m_parsed: the parse is in place, and normalising line ends moves nothing beyond the
 // value that they stand in.
 TextPosition SourceDocument::PositionOf(const char* parsed) const {

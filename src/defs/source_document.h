@@ -6,6 +6,7 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 // One source of definitions as its author wrote it, read by the very steps of the engine's loader. Standard
@@ -46,8 +47,23 @@ class SourceDocument {
     TextPosition PositionOf(const pugi::xml_node& node) const;
     TextPosition PositionOf(const pugi::xml_attribute& attribute) const;
 
+    // Where a node or attribute was written that this document has a copy of, and what asked for the copy.
+    struct Origin {
+        std::string file;
+        TextPosition at;
+        std::string use;
+    };
+    // `copy` is the internal object of the copy.
+    void NoteOrigin(const void* copy, Origin origin) { m_origins[copy] = std::move(origin); }
+
+    // "file:line" of where a node was written; of a copy also what asked for it.
+    std::string PlaceOf(const pugi::xml_node& node) const;
+
     template <class Place>
     Finding FindingAt(const Place& place, std::string reason) const {
+        if (const Origin* origin = OriginOf(place.internal_object())) {
+            return {origin->file, origin->at, std::move(reason) + " (used at " + origin->use + ")"};
+        }
         return {m_file, PositionOf(place), std::move(reason)};
     }
 
@@ -55,6 +71,11 @@ class SourceDocument {
     TextPosition PositionOf(const char* parsed) const;
     TextPosition PositionAt(std::size_t offset) const;
     void LookAtBytes();
+    // Null for what was written in this document itself.
+    const Origin* OriginOf(const void* copy) const {
+        const auto known = m_origins.find(copy);
+        return known == m_origins.end() ? nullptr : &known->second;
+    }
 
     std::string m_file;
     std::string m_written;                // as the author sees it
@@ -62,6 +83,7 @@ class SourceDocument {
     std::vector<std::size_t> m_resolved;  // where in m_parsed a character stands for a reference
     std::size_t m_shortening = 0;         // by how much each of these made the text shorter
     std::vector<std::size_t> m_lines;     // where in m_written each line begins
+    std::unordered_map<const void*, Origin> m_origins;
     pugi::xml_document m_document;
     pugi::xml_node m_root;
     std::optional<Finding> m_fault;

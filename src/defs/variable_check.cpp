@@ -38,9 +38,7 @@ bool VariableCheck::CheckName(const SourceDocument& source, const pugi::xml_node
     if (std::ranges::any_of(key, [](char c) { return static_cast<unsigned char>(c) > 0x7F; })) {
         return fault("a name that is not ASCII never matches");
     }
-    const SourceDocument& from = source;
-    const auto [known, added] =
-        m_defined.emplace(key, "at " + from.File() + ":" + std::to_string(from.PositionOf(node).line));
+    const auto [known, added] = m_defined.emplace(key, "at " + source.PlaceOf(node));
     return added || fault(key + " is defined " + known->second + ", and that stays");
 }
 
