@@ -95,8 +95,8 @@ constexpr ContentRow kFileZilla[] = {
 };
 
 constexpr ContentRow kClaudeCode[] = {
-    {Chosen, R"(%userprofile%\.claude\projects\C--work\0a1b.jsonl)"},
-    {Kept, R"(%userprofile%\.claude\projects\C--work\memory\MEMORY.md)"},
+    {Chosen, R"(%userprofile%\.claude\projects\C--letters\0a1b.jsonl)"},
+    {Kept, R"(%userprofile%\.claude\projects\C--letters\memory\MEMORY.md)"},
     {Kept, R"(%userprofile%\.claude\.credentials.json)"},
 };
 
