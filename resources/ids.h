@@ -4,6 +4,35 @@
 
 #define IDI_PROGRAM 128
 #define IDD_MAIN 129
+#define IDD_SCAN 479
+#define IDD_CONFIRM 220
+#define IDD_RESTART 221
+#define IDD_PLAIN_SCREEN 222       // of a page that has none of its own yet
+#define IDD_ABOUT 340
+#define IDD_SHREDDER 480
+#define IDD_SETTINGS 483
+#define IDD_SCHEDULE 549
+
+// The first page. The three unused texts are never shown.
+#define IDC_SCAN_TREE_PLACE 1015   // where the tree is made
+#define IDC_SCAN_START 1021
+#define IDC_SCAN_PROGRESS 1022
+#define IDC_SCAN_STOP 1023
+#define IDC_SCAN_CLEAN 1027
+#define IDC_SCAN_FINISH 1028
+#define IDC_SCAN_UNUSED_1 1029
+#define IDC_SCAN_HINT_1 1030
+#define IDC_SCAN_HINT_2 1031
+#define IDC_SCAN_TREE 1033         // made at run time
+#define IDC_SCAN_REPORT 1035
+#define IDC_SCAN_NEW 1043          // its height, less 5, is the room of the animation
+#define IDC_SCAN_TREE_LABEL 1053
+#define IDC_SCAN_UNUSED_2 1054
+#define IDC_SCAN_UNUSED_3 1055
+
+// The confirmation by a word
+#define IDC_CONFIRM_WORD 1034
+#define IDC_CONFIRM_MESSAGE 1040
 
 #define IDS_PRODUCT 128            // display name: caption, window title, mutex, name of the scheduled job
 #define IDS_ITEMS_FOUND 129        // %d

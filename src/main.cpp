@@ -2,9 +2,7 @@
 
 #include <commctrl.h>
 #include <objbase.h>
-#include <objidl.h>
 
-#include <gdiplus.h>
 #include <memory>
 #include <string>
 
@@ -23,6 +21,7 @@
 #include "system/registry.h"
 #include "system/system_facts.h"
 #include "ui/screens/main_dlg.h"
+#include "ui/theme/theme.h"
 #include "ui/window/app_module.h"
 #include "ui/window/message_loop.h"
 
@@ -77,9 +76,7 @@ int RunSession(HINSTANCE instance, const std::string& line) {
     ::InitCommonControlsEx(&controls);
     AppModule().Init(instance);
     const HMODULE richEdit = LoadSystemLibrary("RICHED20.DLL");
-    const Gdiplus::GdiplusStartupInput input;
-    ULONG_PTR gdiplus = 0;
-    Gdiplus::GdiplusStartup(&gdiplus, &input, nullptr);
+    g_Theme.Start();  // and GDI+ with it
     auto loop = std::make_unique<CMessageLoop>();
     AppModule().AddMessageLoop(loop.get());
     InitRegRedirectionTable();
@@ -87,11 +84,12 @@ int RunSession(HINSTANCE instance, const std::string& line) {
 
     const int exitCode = RunWindow(*window, *loop, line);
 
+    window->WaitForWorker();  // it may be asking the redirection table
     AppModule().RemoveMessageLoop();
     FreeRegRedirectionTable();
     window.reset();
     loop.reset();
-    Gdiplus::GdiplusShutdown(gdiplus);
+    g_Theme.Stop();
     if (richEdit != nullptr) ::FreeLibrary(richEdit);
     AppModule().Term();
     ::CoUninitialize();

@@ -35,12 +35,16 @@ CCleaningEngine::CCleaningEngine()
 }
 
 CCleaningEngine::~CCleaningEngine() {
+    WaitForWorker();
+    FreeDefinitions(false);
+}
+
+void CCleaningEngine::WaitForWorker() {
     while (IsBusy()) {
         MSG message;
         ::PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
         ::MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
     }
-    FreeDefinitions(false);
 }
 
 std::uintptr_t CCleaningEngine::StartWorker(HWND window, Worker worker) {

@@ -56,6 +56,8 @@ class CCleaningEngine {
 
     // Asks the worker to end early. No wait, no lock. Any thread.
     void CancelAction() { m_cancel = true; }
+    // Returns when no worker runs; its messages are answered meanwhile. On the thread of the engine's owner.
+    void WaitForWorker();
 
     // A run with `scanOnly` reports as if it cleaned and changes nothing, but for the URL cache.
     void SetScanOnly(bool scanOnly) { m_scanOnly = scanOnly; }

@@ -23,7 +23,7 @@ constexpr ContentRow kChrome[] = {
     {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Bookmarks)"},
     {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Preferences)"},
     {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Extension Cookies)"},
-    {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Extensions\abc\1.0_0\manifest.json)"},
+    {Chosen, R"(%localappdata%\Google\Chrome\User Data\Default\Top Sites-journal)"},
     {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Local Extension Settings\abc\000003.log)"},
     {Kept, R"(%localappdata%\Google\Chrome\User Data\Default\Sync Extension Settings\abc\000003.log)"},
     {Kept,

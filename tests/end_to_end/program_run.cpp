@@ -11,6 +11,7 @@ constexpr DWORD kLimit = 30000;  // ms
 struct Wanted {
     DWORD process;
     const char* title;
+    bool owned;
     HWND found;
 };
 
@@ -20,8 +21,11 @@ BOOL CALLBACK LookAtWindow(HWND window, LPARAM parameter) {
     ::GetWindowThreadProcessId(window, &process);
     char title[256] = "";
     ::GetWindowTextA(window, title, sizeof title);
-    if (process == wanted.process && ::IsWindowVisible(window) && std::string(title) == wanted.title)
+    const bool owned = ::GetWindow(window, GW_OWNER) != nullptr;
+    if (process == wanted.process && ::IsWindowVisible(window) && owned == wanted.owned &&
+        std::string(title) == wanted.title) {
         wanted.found = window;
+    }
     return wanted.found == nullptr;
 }
 
@@ -59,8 +63,16 @@ bool ProgramRun::IsRunning() const {
 }
 
 HWND ProgramRun::AwaitWindow(const char* title) const {
-    Wanted wanted{m_id, title, nullptr};
-    Await([&] {
+    return Await(title, false);
+}
+
+HWND ProgramRun::AwaitBox(const char* title) const {
+    return Await(title, true);
+}
+
+HWND ProgramRun::Await(const char* title, bool owned) const {
+    Wanted wanted{m_id, title, owned, nullptr};
+    ::Await([&] {
         ::EnumWindows(LookAtWindow, reinterpret_cast<LPARAM>(&wanted));
         return wanted.found != nullptr || !IsRunning();
     });

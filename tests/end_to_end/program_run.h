@@ -22,10 +22,15 @@ class ProgramRun {
     // Waits for the end: the exit code; nothing when it does not end.
     std::optional<DWORD> Wait();
     bool IsRunning() const;
+    DWORD Id() const { return m_id; }
     // Its visible top window of this title, waited for; null if there is none in the end.
     HWND AwaitWindow(const char* title) const;
+    // The same for one that belongs to another window, a message box.
+    HWND AwaitBox(const char* title) const;
 
   private:
+    HWND Await(const char* title, bool owned) const;
+
     UniqueHandle m_process;
     DWORD m_id = 0;
 };

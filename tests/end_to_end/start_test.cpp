@@ -120,6 +120,30 @@ TEST(Start, ASecondCopyHandsOverAndShutdownClosesTheFirst) {
     EXPECT_EQ(first.Wait(), 1u);
 }
 
+// The box is the first that the load brings, so an automatic scan does not begin either.
+TEST(Start, WithoutDefinitionsItSaysSoAndEnds) {
+    const TestFolder folder;
+    for (const char* file : {"velvane.exe", "resources.dll"}) {
+        ASSERT_TRUE(::CopyFileA((ProgramFolder() + file).c_str(), folder.At(file).c_str(), TRUE)) << file;
+    }
+    for (const char* definitions : {"missing", "empty"}) {
+        if (definitions == std::string("empty")) folder.MakeFile("cleaning.db", "");
+        for (const char* line : {"", "--autoscan"}) {
+            SCOPED_TRACE(std::string(definitions) + " " + line);
+            ProgramRun run(folder.At("velvane.exe"), line);
+            const HWND box = run.AwaitBox("Velvane");
+            ASSERT_NE(box, nullptr);
+            ::PostMessageA(box, WM_COMMAND, IDOK, 0);
+            EXPECT_EQ(run.Wait(), 1u);
+        }
+        // Told to close while the box is up, it ends as well.
+        ProgramRun run(folder.At("velvane.exe"), "");
+        ASSERT_NE(run.AwaitBox("Velvane"), nullptr);
+        ::PostMessageA(run.AwaitWindow("Velvane"), WM_CLOSE, 0, 0);
+        EXPECT_EQ(run.Wait(), 1u);
+    }
+}
+
 // Not version: Wine takes what its own shell32 needs from beside the program, as Windows does not.
 const char* const kPlantedNames[] = {"comctl32", "cryptbase", "dwmapi",        "gdiplus",  "iertutil",
                                      "mpr",      "msimg32",   "mstask",        "netapi32", "profapi",

@@ -23,6 +23,55 @@ int SystemDpi() {
     return dpi > 0 ? dpi : 96;
 }
 
+Gdiplus::TextRenderingHint HintFor(int points, int fontStyle) {
+    return fontStyle == Gdiplus::FontStyleRegular && points < kClearTypeBelow
+               ? Gdiplus::TextRenderingHintClearTypeGridFit
+               : Gdiplus::TextRenderingHintAntiAliasGridFit;
+}
+
+// Shortens a single line to what has room in `width`, with an ellipsis for the rest. The trimming of the
+// format says the same, but not every GDI+ knows it; nor do all count the mark of a hotkey among the
+// characters that fit, so the length is searched for by widths.
+void TrimToWidth(const Gdiplus::Graphics& g, std::wstring& text, const Gdiplus::Font& font, float width,
+                 const Gdiplus::StringFormat& format) {
+    const auto fits = [&](const std::wstring& line) {
+        Gdiplus::RectF bounds;
+        g.MeasureString(line.c_str(), static_cast<int>(line.size()), &font, Gdiplus::PointF(0, 0), &format,
+                        &bounds);
+        return bounds.Width <= width;
+    };
+    // No font of ours has letters that are narrower than a pixel, so the tail need not be measured.
+    const std::size_t most = static_cast<std::size_t>(width) + 2;
+    if (text.size() <= most && fits(text)) return;
+    const auto shortened = [&](std::size_t length) {
+        std::wstring line = text.substr(0, length);
+        // Half of a pair, a mark whose letter is gone and a gap would show.
+        while (!line.empty() &&
+               (IS_HIGH_SURROGATE(line.back()) || line.back() == L'&' || line.back() == L' '))
+            line.pop_back();
+        return line + L"...";
+    };
+    std::size_t low = 0, high = std::min(text.size(), most);
+    while (low < high) {
+        const std::size_t middle = (low + high + 1) / 2;
+        if (fits(shortened(middle))) {
+            low = middle;
+        } else {
+            high = middle - 1;
+        }
+    }
+    text = shortened(low);
+}
+
+// A single line that is higher than its area reaches beyond it above and below alike: where GDI+ puts it then
+// is its own affair.
+Gdiplus::RectF RoomForLine(const Gdiplus::RectF& area, const TextStyle& style, float lineHeight) {
+    Gdiplus::RectF room = area;
+    const float missing = std::ceil(lineHeight) + 2 - area.Height;
+    if (style.singleLine && missing > 0) room.Inflate(0, missing / 2);
+    return room;
+}
+
 }  // namespace
 
 bool CTheme::Start() {
@@ -134,22 +183,55 @@ UniqueFont CTheme::MakeFont(int points, bool bold, bool italic, bool underline) 
     return UniqueFont(::CreateFontIndirectA(&font));
 }
 
-void CTheme::DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
-                      const TextStyle& style) {
-    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
-    const std::wstring wide = WideText(content, kLongestText);
-    Gdiplus::StringFormat format;
+// Where a second line has no room, a text that could break would be cut off behind a whole word, without a
+// sign.
+std::wstring CTheme::PrepareText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                                 const TextStyle& style, Gdiplus::StringFormat& format) {
+    const Gdiplus::Font& font = FontOf(style.points, style.fontStyle);
+    const bool oneLine = style.singleLine || area.Height < 2 * font.GetHeight(static_cast<float>(m_dpi));
+    if (oneLine) content = content.substr(0, content.find_first_of("\r\n"));
     format.SetTrimming(Gdiplus::StringTrimmingEllipsisCharacter);
-    format.SetFormatFlags(Gdiplus::StringFormatFlagsLineLimit);
+    // A line that is a little higher than a control shall show all the same.
+    format.SetFormatFlags((style.singleLine ? 0 : Gdiplus::StringFormatFlagsLineLimit) |
+                          (oneLine ? Gdiplus::StringFormatFlagsNoWrap : 0));
     format.SetAlignment(style.horizontal);
     format.SetLineAlignment(style.vertical);
     format.SetHotkeyPrefix(style.hotkey);
-    const bool subpixels = style.fontStyle == Gdiplus::FontStyleRegular && style.points < kClearTypeBelow;
-    g.SetTextRenderingHint(subpixels ? Gdiplus::TextRenderingHintClearTypeGridFit
-                                     : Gdiplus::TextRenderingHintAntiAliasGridFit);
+    g.SetTextRenderingHint(HintFor(style.points, style.fontStyle));
+    std::wstring wide = WideText(content, kLongestText);
+    if (oneLine) TrimToWidth(g, wide, font, area.Width, format);
+    return wide;
+}
+
+void CTheme::DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                      const TextStyle& style) {
+    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
+    Gdiplus::StringFormat format;
+    const std::wstring wide = PrepareText(g, content, area, style, format);
     const Gdiplus::SolidBrush brush(style.color);
-    g.DrawString(wide.c_str(), static_cast<int>(wide.size()), &FontOf(style.points, style.fontStyle), area,
-                 &format, &brush);
+    const Gdiplus::Font& font = FontOf(style.points, style.fontStyle);
+    const Gdiplus::RectF room = RoomForLine(area, style, font.GetHeight(static_cast<float>(m_dpi)));
+    g.DrawString(wide.c_str(), static_cast<int>(wide.size()), &font, room, &format, &brush);
+}
+
+void CTheme::DrawOutlinedText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                              const TextStyle& style, const Gdiplus::Color& outline, float width) {
+    if (content.empty() || area.Width <= 0 || area.Height <= 0) return;
+    Gdiplus::StringFormat format;
+    const std::wstring wide = PrepareText(g, content, area, style, format);
+    const Gdiplus::FontFamily family(kFontFamily);
+    Gdiplus::GraphicsPath path;
+    const float size = static_cast<float>(style.points * m_dpi) / 72.0f;
+    const Gdiplus::Font& font = FontOf(style.points, style.fontStyle);
+    const Gdiplus::RectF room = RoomForLine(area, style, font.GetHeight(static_cast<float>(m_dpi)));
+    path.AddString(wide.c_str(), static_cast<int>(wide.size()), &family, style.fontStyle, size, room,
+                   &format);
+    Gdiplus::Pen pen(outline, width);
+    // The points of letters would stick out as needles.
+    pen.SetLineJoin(Gdiplus::LineJoinRound);
+    g.DrawPath(&pen, &path);
+    const Gdiplus::SolidBrush brush(style.color);
+    g.FillPath(&brush, &path);
 }
 
 SIZE CTheme::MeasureText(std::string_view content, int points, int fontStyle, int width) {
@@ -158,9 +240,7 @@ SIZE CTheme::MeasureText(std::string_view content, int points, int fontStyle, in
     Gdiplus::RectF bounds;
     {
         Gdiplus::Graphics g(screen);
-        const bool subpixels = fontStyle == Gdiplus::FontStyleRegular && points < kClearTypeBelow;
-        g.SetTextRenderingHint(subpixels ? Gdiplus::TextRenderingHintClearTypeGridFit
-                                         : Gdiplus::TextRenderingHintAntiAliasGridFit);
+        g.SetTextRenderingHint(HintFor(points, fontStyle));
         const Gdiplus::StringFormat format;
         // A layout size of 0 is one without a bound.
         const Gdiplus::SizeF limit(static_cast<float>(width), 0);

@@ -20,6 +20,9 @@ struct TextStyle {
     Gdiplus::StringAlignment vertical = Gdiplus::StringAlignmentNear;
     // What becomes of "&": a letter like others, or the mark of the next one, underlined or not.
     Gdiplus::HotkeyPrefix hotkey = Gdiplus::HotkeyPrefixNone;
+    // Never broken: what is too wide, or behind a line feed, is cut off. So is it wherever two lines have no
+    // room.
+    bool singleLine = false;
 };
 
 // What all windows paint with: colours by role, their brushes, fonts and the scale. One object, g_Theme,
@@ -103,11 +106,17 @@ class CTheme {
     void DrawText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
                   const TextStyle& style);
 
+    // The same as a shape in the middle of a line `width` wide, which is drawn first.
+    void DrawOutlinedText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                          const TextStyle& style, const Gdiplus::Color& outline, float width);
+
     // The size in pixels, rounded up, of `content` in as many lines as it has, or at most `width` wide.
     SIZE MeasureText(std::string_view content, int points, int fontStyle = Gdiplus::FontStyleRegular,
                      int width = 0);
 
   private:
+    std::wstring PrepareText(Gdiplus::Graphics& g, std::string_view content, const Gdiplus::RectF& area,
+                             const TextStyle& style, Gdiplus::StringFormat& format);
     void MakeBrushes();
     void MakeFonts();
     void DropFonts();

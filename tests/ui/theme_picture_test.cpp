@@ -1,0 +1,198 @@
+#include "ui/theme/picture.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "base/picture_size.h"
+#include "support/sandbox.h"
+#include "system/files.h"
+#include "system/handles.h"
+#include "ui/painted.h"
+#include "ui/theme/image_tooltip.h"
+#include "ui/theme/theme.h"
+
+// Pictures of other people's making, and the tips that show them.
+
+namespace {
+
+// GDI+'s encoders differ in the last byte of the first part of their class.
+constexpr CLSID Encoder(BYTE last) {
+    return {0x557cf400u + last, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+}
+constexpr BYTE kBmp = 0, kJpeg = 1, kTiff = 5, kPng = 6;
+
+// One pixel; not every GDI+ writes GIF files that it can read.
+const std::string kGif("GIF89a\1\0\1\0\x80\0\0\0\0\0\xFF\xFF\xFF,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 35);
+
+class Pictures : public ::testing::Test {
+  protected:
+    Pictures() {
+        ::CoInitialize(nullptr);
+        g_Theme.Start();
+    }
+    ~Pictures() override {
+        g_Theme.Stop();
+        ::CoUninitialize();
+    }
+
+    std::string Save(const char* name, int width, int height, BYTE encoder) const {
+        Gdiplus::Bitmap picture(width, height, PixelFormat24bppRGB);
+        {
+            Gdiplus::Graphics g(&picture);
+            g.Clear(Gdiplus::Color(0xFF204060));
+        }
+        const CLSID clsid = Encoder(encoder);
+        const std::string path = m_folder.At(name);
+        EXPECT_EQ(picture.Save(WideText(path).c_str(), &clsid, nullptr), Gdiplus::Ok) << name;
+        return path;
+    }
+    static std::vector<std::uint8_t> Bytes(const std::string& path) {
+        return ReadWholeFile(path.c_str(), 1 << 20).value_or(std::vector<std::uint8_t>());
+    }
+    static SIZE ThumbnailOf(const std::string& path) {
+        const UniqueBitmap bitmap = LoadThumbnail(path, {300, 300});
+        BITMAP data = {};
+        if (bitmap) ::GetObjectA(bitmap.get(), sizeof data, &data);
+        return {data.bmWidth, data.bmHeight};
+    }
+
+    TestFolder m_folder;
+};
+
+TEST_F(Pictures, AreKnownByTheirBytesAndNotByTheirNames) {
+    for (const BYTE encoder : {kBmp, kJpeg, kPng}) {
+        const auto bytes = Bytes(Save("wrong.tif", 33, 21, encoder));
+        EXPECT_TRUE(PictureSizeOf(bytes) == (PictureSize{33, 21})) << int{encoder};
+        const ThemeImage image = DecodePicture(bytes);
+        ASSERT_NE(image, nullptr) << int{encoder};
+        EXPECT_EQ(image->GetWidth(), 33u);
+        EXPECT_EQ(image->GetHeight(), 21u);
+    }
+    EXPECT_NE(DecodePicture(Bytes(m_folder.MakeFile("wrong.jpg", kGif))), nullptr);
+    EXPECT_EQ(DecodePicture(Bytes(Save("wrong.png", 33, 21, kTiff))), nullptr) << "a format that is not ours";
+}
+
+// What a decoder is handed it might believe: it is not handed a header that promises gigabytes, and what is
+// cut off or bent must neither crash nor hang it.
+TEST_F(Pictures, OfLyingFilesAreNone) {
+    auto png = Bytes(Save("a.png", 33, 21, kPng));
+    ASSERT_GT(png.size(), 24u);
+    for (const std::size_t place : {18u, 19u, 22u, 23u}) png[place] = 0xFF;  // 65,535 by 65,535
+    EXPECT_TRUE(PictureSizeOf(png) == (PictureSize{65535, 65535}));
+    EXPECT_EQ(DecodePicture(png), nullptr);
+
+    for (const BYTE encoder : {kBmp, kJpeg, kPng}) {
+        const auto whole = Bytes(Save("b", 33, 21, encoder));
+        for (std::size_t length = 0; length < whole.size(); length += 7) {
+            const ThemeImage image = DecodePicture(std::span(whole).first(length));
+            EXPECT_TRUE(!image || image->GetWidth() == 33) << int{encoder} << " at " << length;
+        }
+        for (std::size_t place = 0; place < std::min<std::size_t>(whole.size(), 200); ++place) {
+            auto bent = whole;
+            bent[place] ^= 0x81;
+            const ThemeImage image = DecodePicture(bent);
+            EXPECT_TRUE(!image || std::uint64_t{image->GetWidth()} * image->GetHeight() <= kMaxPicturePixels);
+        }
+    }
+    EXPECT_EQ(DecodePicture({}), nullptr);
+}
+
+TEST_F(Pictures, AMissingPictureOfTheProgramIsNone) {
+    EXPECT_EQ(LoadThemeImage("images/There is no such picture.png"), nullptr);
+    EXPECT_EQ(LoadThemeImage(""), nullptr);
+    EXPECT_EQ(LoadThemeImage(m_folder.Path()), nullptr);
+    EXPECT_NE(LoadThemeImage(Save("logo.png", 4, 4, kPng)), nullptr);
+}
+
+TEST_F(Pictures, AThumbnailKeepsItsProportions) {
+    const SIZE wide = ThumbnailOf(Save("wide.png", 900, 450, kPng));
+    EXPECT_TRUE(wide.cx == 300 && wide.cy == 150) << wide.cx << ' ' << wide.cy;
+    const SIZE small = ThumbnailOf(Save("small.bmp", 12, 8, kBmp));
+    EXPECT_TRUE(small.cx == 12 && small.cy == 8) << small.cx << ' ' << small.cy;
+    EXPECT_EQ(ThumbnailOf(m_folder.MakeFile("text.png", "no picture")).cx, 0);
+    EXPECT_EQ(ThumbnailOf(m_folder.At("gone.png")).cx, 0);
+}
+
+TEST_F(Pictures, OnlyAFileOfModestSizeThatNobodyUsesMayHaveOne) {
+    EXPECT_TRUE(MayHavePicture(m_folder.MakeFile("a.png", std::string(kPictureFileLimit - 1, 'x'))));
+    EXPECT_FALSE(MayHavePicture(m_folder.MakeFile("b.png", std::string(kPictureFileLimit, 'x'))));
+    EXPECT_FALSE(MayHavePicture(m_folder.At("gone.png")));
+    EXPECT_FALSE(MayHavePicture(m_folder.Path()));
+    EXPECT_FALSE(MayHavePicture("NUL"));
+    EXPECT_FALSE(MayHavePicture(""));
+    const std::string used = m_folder.MakeFile("used.png");
+    const UniqueHandle reader(
+        ::CreateFileA(used.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_FALSE(MayHavePicture(used));
+}
+
+// --- tips ---
+
+class PictureTip : public Pictures {
+  protected:
+    PictureTip() { m_tip.Create(nullptr); }
+    ~PictureTip() override { m_tip.DestroyWindow(); }
+
+    void Show(const std::string& text) {
+        std::string copy = text;
+        TOOLINFOA tool = {};
+        tool.cbSize = TTTOOLINFOA_V1_SIZE;
+        tool.lpszText = copy.data();
+        m_tip.UpdateTipText(tool);
+    }
+
+    CImageTooltip m_tip;
+};
+
+TEST_F(PictureTip, ShowsThePictureOfAFileAndTheTextOfEverythingElse) {
+    Show(Save("photo.jpg", 600, 300, kJpeg));
+    ASSERT_NE(m_tip.Picture(), nullptr);
+    EXPECT_TRUE(m_tip.PictureSize().cx == 300 && m_tip.PictureSize().cy == 150);
+    for (const std::string& text : {std::string("HKEY_CURRENT_USER\\Software\\Recent: File1"), std::string(),
+                                    std::string(65536, 'w'), std::string("\xFF\xC3\x28"), m_folder.Path(),
+                                    m_folder.MakeFile("text.jpg", "no picture"), m_folder.At("gone.jpg")}) {
+        Show(text);
+        EXPECT_EQ(m_tip.Picture(), nullptr) << text.substr(0, 60);
+    }
+    Show(Save("dot.png", 5, 10, kPng));
+    EXPECT_TRUE(m_tip.PictureSize().cx == 10 && m_tip.PictureSize().cy == 20) << "a small one grows";
+    TOOLINFOA later = {};
+    later.cbSize = TTTOOLINFOA_V1_SIZE;
+    later.lpszText = LPSTR_TEXTCALLBACKA;
+    m_tip.UpdateTipText(later);
+    EXPECT_EQ(m_tip.Picture(), nullptr);
+}
+
+TEST_F(PictureTip, IsAsLargeAsItsPictureAndPaintsItInPlaceOfTheText) {
+    NMCUSTOMDRAW draw = {};
+    draw.hdr.hwndFrom = m_tip;
+    draw.hdr.code = static_cast<UINT>(NM_CUSTOMDRAW);
+    draw.dwDrawStage = CDDS_PREPAINT;
+    const auto ask = [&] {
+        return m_tip.Send(ReflectedMessage(WM_NOTIFY), 0, reinterpret_cast<LPARAM>(&draw));
+    };
+    EXPECT_EQ(ask(), CDRF_DODEFAULT);
+
+    Show(Save("photo.png", 60, 40, kPng));
+    EXPECT_EQ(ask(), CDRF_NOTIFYPOSTPAINT);
+    ::SetCursorPos(100, 200);
+    m_tip.SetWindowPos(nullptr, 10, 215, 90, 20, SWP_NOACTIVATE | SWP_NOZORDER);
+    const RECT place = m_tip.GetWindowRect();
+    EXPECT_EQ(place.left, 115) << "as far beside the cursor as below it";
+    EXPECT_EQ(place.top, 215);
+    EXPECT_EQ(place.right - place.left, 60);
+    EXPECT_EQ(place.bottom - place.top, 40);
+
+    LRESULT answer = 0;
+    const Painted painted(60, 40, [&](HDC dc) {
+        draw.hdc = dc;
+        draw.dwDrawStage = CDDS_POSTPAINT;
+        answer = ask();
+    });
+    EXPECT_EQ(answer, CDRF_SKIPDEFAULT);
+    EXPECT_EQ(painted.At(30, 20), RGB(0x20, 0x40, 0x60));
+}
+
+}  // namespace
