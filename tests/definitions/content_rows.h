@@ -24,3 +24,4 @@ struct ContentCase {
 
 // Each half of the definitions has a table of its own.
 std::span<const ContentCase> WebContent();
+std::span<const ContentCase> DesktopContent();

@@ -27,7 +27,32 @@ const std::map<int, std::string> kFolders = {
     {CSIDL_INTERNET_CACHE, "%internetcache%"},
     {CSIDL_COOKIES, "%cookies%"},
     {CSIDL_HISTORY, "%history%"},
+    {CSIDL_RECENT, "%recentdocs%"},
+    {CSIDL_PROFILE, "%userprofile%"},
+    {CSIDL_COMMON_APPDATA, "%commonappdata%"},
+    {CSIDL_WINDOWS, "%windir%"},
 };
+
+// The program's own %temp%, which no call tells of, is one of the test's as well for as long as this lives.
+class OwnTemp {
+  public:
+    explicit OwnTemp(const std::string& path) {
+        ::GetEnvironmentVariableA("TEMP", m_before, sizeof m_before);
+        ::SetEnvironmentVariableA("TEMP", path.c_str());
+    }
+    ~OwnTemp() { ::SetEnvironmentVariableA("TEMP", m_before); }
+    OwnTemp(const OwnTemp&) = delete;
+    OwnTemp& operator=(const OwnTemp&) = delete;
+
+  private:
+    char m_before[MAX_PATH] = {};
+};
+
+std::vector<ContentCase> AllContent() {
+    std::vector<ContentCase> all;
+    for (const auto half : {WebContent(), DesktopContent()}) all.insert(all.end(), half.begin(), half.end());
+    return all;
+}
 
 class Content : public EngineTest {
   protected:
@@ -45,7 +70,7 @@ class Content : public EngineTest {
 
     static std::string TextOf(const ContentRow& row) { return *row.text ? row.text : row.file; }
     static void LayOut(const TestFolder& folder) {
-        for (const ContentCase& program : WebContent()) {
+        for (const ContentCase& program : AllContent()) {
             for (const ContentRow& row : program.rows) folder.MakeFile(row.file, TextOf(row));
         }
     }
@@ -70,7 +95,7 @@ class Content : public EngineTest {
     }
 
     void ExpectFates(bool everything) const {
-        for (const ContentCase& program : WebContent()) {
+        for (const ContentCase& program : AllContent()) {
             SCOPED_TRACE(program.application);
             for (const ContentRow& row : program.rows) {
                 const auto content = FileContent(folder.At(row.file));
@@ -86,6 +111,7 @@ class Content : public EngineTest {
 
   private:
     ApiHook<decltype(&::SHGetFolderPathA)> m_folders{"SHGetFolderPathA"};
+    const OwnTemp m_temp{folder.At("%temp%")};
 };
 
 // All profiles lie beside each other, so nothing of one program may be taken for another's.
@@ -95,7 +121,7 @@ TEST_F(Content, GoesWhereItIsATraceAndStaysWhereItIsNot) {
     RestartEngine();
     ASSERT_TRUE(Load());
     const std::vector<std::string> present = Present();
-    for (const ContentCase& program : WebContent()) {
+    for (const ContentCase& program : AllContent()) {
         EXPECT_EQ(std::ranges::count(present, program.application), 1) << program.application;
     }
     for (const bool everything : {false, false, true, true}) {
