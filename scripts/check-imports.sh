@@ -1,5 +1,5 @@
 #!/bin/bash
-# Holds what our programs import: a program that a user gets (velvane*.exe) only libraries which Windows protects from
+# Holds what our programs import: a program that a user gets only libraries which Windows protects from
 # being replaced by one of the same name beside the program; a test only such as Windows brings. Wine brings some of the
 # compiler's, so that no test would notice.
 # usage: check-imports.sh PROGRAM.exe...
@@ -8,7 +8,8 @@ set -euo pipefail
 source "${BASH_SOURCE[0]%/*}/lib.sh"
 
 readonly WINDOWS=' kernel32 user32 gdi32 gdiplus advapi32 shell32 shlwapi ole32 oleaut32 comctl32 comdlg32 version
-    wininet ws2_32 msvcrt mstask mpr msimg32 uxtheme winmm rpcrt4 setupapi userenv psapi dbghelp imm32 ntdll '
+    wininet ws2_32 msvcrt mstask mpr msimg32 uxtheme winmm rpcrt4 setupapi userenv psapi dbghelp imm32 ntdll
+    oleacc '
 # The known libraries of Windows 7 to 11.
 readonly PROTECTED=' kernel32 user32 gdi32 advapi32 shell32 shlwapi ole32 oleaut32 comdlg32 rpcrt4 ws2_32 msvcrt imm32
     psapi setupapi '
@@ -17,7 +18,7 @@ check() {
     local program library imports allowed failures=0
     for program in "$@"; do
         allowed=$WINDOWS
-        if [[ ${program##*/} == velvane*.exe && ${program##*/} != velvane-bench.exe ]]; then allowed=$PROTECTED; fi
+        case ${program##*/} in velvane.exe | velvane-cli.exe | velvane-defs.exe) allowed=$PROTECTED ;; esac
         # objdump belongs to the cross compiler and reads both architectures.
         imports=$(x86_64-w64-mingw32-objdump -p "$program" | sed -n 's/^[[:space:]]*DLL Name: //p')
         if [[ -z $imports ]]; then
