@@ -22,7 +22,8 @@ HWND CDlgAbout::Create(HWND parent, ICommonInterface* common) {
 BOOL CDlgAbout::PreTranslateMessage(MSG* message) {
     if (message->message != WM_KEYDOWN || message->wParam != VK_RETURN || !IsButton(message->hwnd))
         return FALSE;
-    // Pages share numbers: what is asked of another page's button is none of ours.
+    // kept: Enter on the button of another page is eaten and does nothing. Its number, which pages share, is
+    // not looked at: it would press one of ours.
     if (::IsChild(m_hWnd, message->hwnd)) {
         Send(WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(message->hwnd), BN_CLICKED),
              reinterpret_cast<LPARAM>(message->hwnd));
