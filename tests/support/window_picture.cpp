@@ -43,15 +43,33 @@ std::wstring Wide(const std::string& path) {
     return wide.data();
 }
 
+bool SavePng(const UniqueCopy& copy, const std::string& path) {
+    constexpr CLSID kPng = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+    Gdiplus::Bitmap bitmap(copy.get(), nullptr);
+    return bitmap.Save(Wide(path).c_str(), &kPng, nullptr) == Gdiplus::Ok;
+}
+
 }  // namespace
 
 bool SaveWindowPicture(HWND window, const std::string& path) {
     RECT place = {};
     if (!::GetWindowRect(window, &place)) return false;
-    const UniqueCopy copy = CopyWindow(window, {place.right - place.left, place.bottom - place.top});
-    constexpr CLSID kPng = {0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
-    Gdiplus::Bitmap bitmap(copy.get(), nullptr);
-    return bitmap.Save(Wide(path).c_str(), &kPng, nullptr) == Gdiplus::Ok;
+    return SavePng(CopyWindow(window, {place.right - place.left, place.bottom - place.top}), path);
+}
+
+bool SaveScreenPicture(HWND window, const std::string& path) {
+    RECT place = {};
+    if (!::GetWindowRect(window, &place)) return false;
+    const SIZE size = {place.right - place.left, place.bottom - place.top};
+    const HDC screen = ::GetDC(nullptr);
+    UniqueCopy copy(::CreateCompatibleBitmap(screen, size.cx, size.cy));
+    const HDC memory = ::CreateCompatibleDC(screen);
+    const HGDIOBJ former = ::SelectObject(memory, copy.get());
+    ::BitBlt(memory, 0, 0, size.cx, size.cy, screen, place.left, place.top, SRCCOPY);
+    ::SelectObject(memory, former);
+    ::DeleteDC(memory);
+    ::ReleaseDC(nullptr, screen);
+    return SavePng(copy, path);
 }
 
 void PumpMessages(DWORD milliseconds) {
