@@ -84,7 +84,7 @@ int RunSession(HINSTANCE instance, const std::string& line) {
 
     const int exitCode = RunWindow(*window, *loop, line);
 
-    window->WaitForWorker();  // it may be asking the redirection table
+    window->EndWorker();  // it may be asking the redirection table
     AppModule().RemoveMessageLoop();
     FreeRegRedirectionTable();
     window.reset();

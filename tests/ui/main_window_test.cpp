@@ -218,11 +218,11 @@ TEST_F(MainWindowTest, AReloadEmptiesTheOptionsOnceAndComesBack) {
     window->ReloadDefinitions(true);
     EXPECT_EQ(window->GetConfigInt(KEY_CLEANMODE), 3) << "not while the first one loads";
     EXPECT_EQ(window->GetConfigInt(KEY_SHREDNOSHOW), 1);
-    window->EnableUI(false);
+    EXPECT_FALSE(IsListed()) << "everything waits for the load";
     ASSERT_TRUE(PumpUntil([this] { return IsListed(); }));
     window->ReloadDefinitions(true);
     EXPECT_EQ(window->GetConfigInt(KEY_SHREDNOSHOW), 0);
-    window->EnableUI(false);
+    EXPECT_FALSE(IsListed());
     ASSERT_TRUE(PumpUntil([this] { return IsListed(); }));
 }
 

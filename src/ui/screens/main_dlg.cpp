@@ -1,5 +1,7 @@
 #include "ui/screens/main_dlg.h"
 
+#include <utility>
+
 #include "app/config_keys.h"
 #include "app/message_box.h"
 #include "app/product.h"
@@ -179,7 +181,7 @@ void CMainDlg::EndSession() {
 }
 
 LRESULT CMainDlg::OnEndSession(UINT, WPARAM, LPARAM, BOOL&) {
-    SaveConfig(true);
+    SaveConfig(true);  // kept: also when the session goes on after all
     return 0;
 }
 
@@ -224,7 +226,8 @@ LRESULT CMainDlg::OnEngineListed(UINT, WPARAM, LPARAM, BOOL&) {
     m_scan.SetState(SCAN_INTRO);
     // kept: nothing comes of it.
     if (GetConfigInt(KEY_AUTOCHECKUPDATES) == 1 && m_firstListing) m_firstListing = false;
-    if (m_autoScan) m_scan.SetState(SCAN_SCANNING);
+    // Only the listing of the start begins a scan.
+    if (std::exchange(m_autoScan, false)) m_scan.SetState(SCAN_SCANNING);
     return 0;
 }
 
@@ -235,5 +238,6 @@ LRESULT CMainDlg::OnEngineRebootBegin(UINT, WPARAM, LPARAM, BOOL&) {
 
 LRESULT CMainDlg::OnEngineRebootEnd(UINT, WPARAM, LPARAM, BOOL&) {
     m_scan.SetState(SCAN_INTRO);
+    EnableUI(false);  // the load goes on
     return 0;
 }

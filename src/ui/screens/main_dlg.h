@@ -32,12 +32,16 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
 
     CMainDlg();
 
-    // A scan begins by itself once the definitions are listed. Called after Create, whose WM_INITDIALOG
-    // clears it.
+    // A scan begins by itself once the definitions are listed for the first time. Called after Create, whose
+    // WM_INITDIALOG clears it.
     void SetAutoScan() { m_autoScan = true; }
 
-    // Returns when the engine is idle. For the end of the session, before what a worker stands on goes.
-    void WaitForWorker() { m_engine.WaitForWorker(); }
+    // Has a worker end early and returns when there is none. For the end of the session, before what a worker
+    // stands on goes.
+    void EndWorker() {
+        m_engine.CancelAction();
+        m_engine.WaitForWorker();
+    }
 
     BOOL PreTranslateMessage(MSG* message) override;
 

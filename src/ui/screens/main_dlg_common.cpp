@@ -151,6 +151,7 @@ void CMainDlg::ReloadDefinitions(bool forgetPreferences) {
         m_engine.DeleteItemStates();
     }
     m_engine.StartLoad(m_hWnd);
+    EnableUI(false);  // the intro has just switched it on, and a worker runs
 }
 
 int CMainDlg::RunUpdates(bool flag) {
@@ -159,8 +160,12 @@ int CMainDlg::RunUpdates(bool flag) {
 
 void CMainDlg::PromptRestart(bool resumeAfterReboot) {
     SaveConfig(true);
+    // kept: it comes back after a later restart as well, when this one is declined.
     if (resumeAfterReboot) ComeBackAfterRestart();
-    if (CDlgRestart().DoModal(::GetActiveWindow()) != IDOK) return;
+    // The worker of a clean waits in its last message meanwhile. None of our windows is active when another
+    // program is in front: the question has to hold the user off all the same.
+    const HWND active = ::GetActiveWindow();
+    if (CDlgRestart().DoModal(active != nullptr ? active : m_hWnd) != IDOK) return;
     RestartWindows();
     EndSession();
 }

@@ -123,6 +123,7 @@ Gdiplus::Color CNavFrame::OnBackground() const {
     return m_background ? g_Theme.white : g_Theme.text;
 }
 
+// kept: a dry run has no mark in the caption.
 void CNavFrame::PaintCaption(Gdiplus::Graphics& g) const {
     if (m_titleImage) {
         DrawPicture(g, *m_titleImage, PlaceOf(kTitleX, kTitleY, PictureExtent(m_titleImage.get())));

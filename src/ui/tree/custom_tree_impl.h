@@ -173,8 +173,8 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnLButtonDown(UINT, WPARAM, LPARAM lParam
     if (node != nullptr && row.y >= 0 && row.Bottom() <= this->GetClientRect().bottom) {
         m_clickResult = node != m_selected ? 1 : 0;
         if (node != m_selected) SelectNode(node);
-        m_lastFound = node;
         if (node != m_selected) return 0;  // whoever was told has put an end to it
+        m_lastFound = node;
         m_clickResult |= static_cast<int>(HitTest(node, point, row, IsParentChecked(*node)));
     }
     if (m_clickResult == 0 || m_selected == nullptr) return 0;

@@ -60,6 +60,8 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::UpdateScrollBar(bool canWait) {
         if (::GetScrollBarInfo(this->m_hWnd, OBJID_VSCROLL, &bar) &&
             (bar.rgstate[0] & STATE_SYSTEM_INVISIBLE) == 0) {
             ::ShowScrollBar(this->m_hWnd, SB_VERT, FALSE);
+            m_barWaits = false;
+            // kept: the bar's own position stays, and counts again when the bar comes back.
             m_scrollPos = 0;
             barChanged = true;
         }
