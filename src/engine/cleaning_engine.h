@@ -113,6 +113,8 @@ class CCleaningEngine {
     bool IsRestrictedLocation(std::string_view location) const;
     // ... for a path that the user picked, as IsRestrictedUserPath ...
     bool IsRestrictedPath(const char* path) const;
+    // ... as HoldsProtectedPath ...
+    bool HoldsRestrictedPath(const char* path) const;
     // ... and as IsInFolderText with the Windows folder.
     bool IsInWindowsFolder(const char* path) const;
 

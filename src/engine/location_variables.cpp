@@ -150,6 +150,10 @@ bool CCleaningEngine::IsRestrictedPath(const char* path) const {
     return IsRestrictedUserPath(path, m_restrictedPaths);
 }
 
+bool CCleaningEngine::HoldsRestrictedPath(const char* path) const {
+    return HoldsProtectedPath(path, m_restrictedPaths);
+}
+
 bool CCleaningEngine::IsInWindowsFolder(const char* path) const {
     return IsInFolderText(path, m_windowsFolder);
 }

@@ -114,6 +114,14 @@ bool IsRestrictedUserPath(const char* path, const std::vector<std::string>& prot
     });
 }
 
+bool HoldsProtectedPath(const char* path, const std::vector<std::string>& protectedPaths) {
+    if (!path || *path == '\0') return false;
+    std::string folder = LowerText(path);
+    if (!folder.ends_with('\\')) folder += '\\';
+    return std::ranges::any_of(protectedPaths,
+                               [&](const std::string& entry) { return entry.starts_with(folder); });
+}
+
 bool IsInFolderText(const char* path, std::string_view windowsFolder) {
     const char* backslash = std::strrchr(path, '\\');
     if (!backslash || static_cast<std::size_t>(backslash - path) < windowsFolder.size()) return false;

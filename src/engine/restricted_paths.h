@@ -20,6 +20,10 @@ bool IsRestrictedLocation(std::string_view location, const std::vector<std::stri
 // kept: a drive's root counts only when it is written with two backslashes.
 bool IsRestrictedUserPath(const char* path, const std::vector<std::string>& protectedPaths);
 
+// True for a folder below which a protected folder lies, a drive's root for one; in any case and with or
+// without a trailing backslash.
+bool HoldsProtectedPath(const char* path, const std::vector<std::string>& protectedPaths);
+
 // True when `path` starts with the text of the Windows folder and has a backslash at or behind its end.
 // kept: with case, and without a look at what follows the text, so that a sibling of a longer name counts.
 bool IsInFolderText(const char* path, std::string_view windowsFolder);

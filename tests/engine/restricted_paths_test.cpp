@@ -162,6 +162,16 @@ TEST(RestrictedUserPath, IsAProtectedFolderItselfOrADriveWithTwoBackslashes) {
     EXPECT_FALSE(IsRestrictedUserPath(nullptr, kProtected));
 }
 
+// What is shredded with its content takes a protected folder along without naming it.
+TEST(HoldsProtectedPath, IsADriveOrAFolderAboveAProtectedOne) {
+    const std::vector<std::string> paths = {"c:", "c:\\windows\\system32"};
+    for (const char* path : {"C:\\", "c:", "C:\\Windows", "c:\\WINDOWS\\"})
+        EXPECT_TRUE(HoldsProtectedPath(path, paths)) << path;
+    for (const char* path : {"C:\\Windows\\System32", "C:\\Win", "D:\\", "C:\\Windows\\System3", ""})
+        EXPECT_FALSE(HoldsProtectedPath(path, paths)) << path;
+    EXPECT_FALSE(HoldsProtectedPath(nullptr, paths));
+}
+
 TEST(InFolderText, IsAPlainTextThatBeginsWithTheFolderWithItsCase) {
     struct {
         const char* path;

@@ -94,8 +94,9 @@ TEST(ScanScreen, WalksThroughItsStates) {
     screen.dialog.SetState(SCAN_REBOOT_SHRED);
     EXPECT_EQ(screen.common.TakeCalls(), (Calls{"EnableUI 0"}));
     EXPECT_EQ(Shown(screen), "label tree- report progress stop");
-    EXPECT_EQ(screen.Report().find(ResourceText(IDS_REPORT_FINISHING)),
-              screen.Report().find_first_not_of("\r\n "));
+    const std::size_t start = screen.Report().find_first_not_of("\r\n ");
+    ASSERT_NE(start, std::string::npos);
+    EXPECT_EQ(screen.Report().find(ResourceText(IDS_REPORT_FINISHING)), start);
 }
 
 TEST(ScanScreen, NothingOverlapsInAnyStateAndSize) {

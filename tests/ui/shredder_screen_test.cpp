@@ -295,6 +295,10 @@ TEST_F(ShredderScreen, AStoppedRunEndsWithoutAWord) {
     EXPECT_TRUE(boxes.empty());
     EXPECT_EQ(::GetFocus(), List().m_hWnd) << "a key meant for Stop starts no run";
     Click(IDC_SHRED_START);
+    EXPECT_TRUE(page.GetDlgItem(IDC_SHRED_START).IsWindowVisible()) << "nor does a second click";
+    auto clock = API_HOOK(GetTickCount);
+    clock.Replace([real = clock.Real()] { return real() + 2000; });
+    Click(IDC_SHRED_START);
     page.Send(WM_ENGINE_SHRED_DONE);
     EXPECT_EQ(boxes.size(), 1u) << "the stop was that of the run before";
 }

@@ -34,7 +34,8 @@ class ICommonInterface {
     // Whether a node takes part in scans and cleans from now on, or a result is kept from now on (a
     // whitelistable one for good). The scan screen goes back to its beginning.
     virtual void SetItemEnabled(HSCANITEM item, bool enabled) = 0;
-    // The same for the coming clean alone.
+    // The same for the coming clean alone; but a result of a whitelistable entity is kept for good from now
+    // on, too.
     virtual void SetItemSelected(HSCANITEM item, bool selected) = 0;
 
     // Options by the numbers of app/config_keys.h: -1 and null for an unknown one, which a write ignores. The

@@ -166,7 +166,9 @@ LRESULT CDlgScan::OnStop(WORD, WORD, HWND, BOOL&) {
 }
 
 LRESULT CDlgScan::OnClean(WORD, WORD, HWND, BOOL&) {
-    if (m_state == SCAN_RESULTS && ConfirmClean()) SetState(SCAN_CLEANING);
+    // Clean appears where Stop was: what comes right after a stopped scan was to stop it.
+    const bool meantForStop = m_stoppedAt && ::GetTickCount() - *m_stoppedAt < kSecondClick;
+    if (m_state == SCAN_RESULTS && !meantForStop && ConfirmClean()) SetState(SCAN_CLEANING);
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "resources/ids.h"
@@ -88,6 +89,8 @@ class CDlgScan : public CDialogImpl<CDlgScan>, public CDialogResize<CDlgScan> {
     static constexpr UINT_PTR kTick = 101;
     static constexpr UINT_PTR kAutoClean = 201;
     static constexpr UINT kTickTime = 200;  // milliseconds, of both
+    // As long counts a click on Clean after a stopped scan as a late one on Stop; milliseconds.
+    static constexpr DWORD kSecondClick = 1000;
 
     struct PaintedText {
         RECT place = {};
@@ -162,7 +165,8 @@ class CDlgScan : public CDialogImpl<CDlgScan>, public CDialogResize<CDlgScan> {
 
     ScanState m_state = SCAN_INTRO;
     ICommonInterface* m_pInterface = nullptr;
-    int m_selectedCount = 0;  // results that the coming clean removes
+    std::optional<DWORD> m_stoppedAt;  // when the latest scan ended, by GetTickCount, if the user stopped it
+    int m_selectedCount = 0;           // results that the coming clean removes
 
     CGlassButton m_btnStart;
     CGlassButton m_btnStop;

@@ -7,8 +7,9 @@
 
 namespace {
 
-constexpr int kReportEvery = 4;   // ticks; a walk over the tree is too much for each
-constexpr int kPreviewEvery = 2;  // and so is a picture
+constexpr int kReportEvery = 4;     // ticks; a walk over the tree is too much for each
+constexpr int kPreviewEvery = 2;    // and so is a picture
+constexpr DWORD kPreviewTime = 50;  // ms
 constexpr SIZE kPreviewLimit = {400, 400};
 
 bool IsCategory(const CScanTree::Node& node) {
@@ -55,7 +56,10 @@ LRESULT CDlgScan::OnEngineNode(UINT, WPARAM, LPARAM lParam, BOOL&) {
     if (info.level < ROW_CATEGORY || info.level > ROW_RESULT) return 0;
     tagNODE_DATA* const data = NewNodeData(info.level, info.handle, LabelOf(info).c_str(), info.help,
                                            static_cast<Gdiplus::Bitmap*>(info.image));
-    if (data == nullptr) return 0;
+    if (data == nullptr) {
+        m_lastNode[info.level - 1] = nullptr;  // what belongs below it is left out as well
+        return 0;
+    }
     CScanTree::Insertion insertion = {ParentFor(info.level), info.expanded, 1, info.checked, data};
     Node* const node =
         reinterpret_cast<Node*>(m_tree.Send(WM_TREE_INSERT, reinterpret_cast<WPARAM>(&insertion), 1));
@@ -104,7 +108,8 @@ void CDlgScan::UpdateResultsFooter() {
 LRESULT CDlgScan::OnTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
     if (wParam == kAutoClean) {
         KillTimer(kAutoClean);
-        m_btnClean.Click();
+        // A clean that the user cannot see, because he has turned the page, does not begin by itself.
+        if (IsWindowVisible()) m_btnClean.Click();
     } else if (wParam == kTick) {
         {
             const CClientDC dc(m_hWnd);
@@ -149,7 +154,9 @@ void CDlgScan::DropPreview() {
 // What cannot be shown is skipped.
 void CDlgScan::ShowNextPreview() {
     DropPreview();
-    while (!m_preview && !m_previewQueue.IsEmpty()) {
+    // Most of what is queued may be no picture at all; the window must not wait for that.
+    const DWORD start = ::GetTickCount();
+    while (!m_preview && !m_previewQueue.IsEmpty() && ::GetTickCount() - start < kPreviewTime) {
         m_preview = LoadThumbnail(m_previewQueue.Take(), kPreviewLimit);
     }
     BITMAP bitmap = {};
@@ -231,6 +238,7 @@ LRESULT CDlgScan::OnEngineScanDone(UINT, WPARAM, LPARAM lParam, BOOL&) {
     UpdateResultsFooter();
     Invalidate();
     const bool stopped = lParam != 0;
+    m_stoppedAt = stopped ? std::optional<DWORD>(::GetTickCount()) : std::nullopt;
     if (!stopped && found != 0 && m_pInterface->GetConfigInt(KEY_AUTOCLEAN) == 1) {
         SetTimer(kAutoClean, kTickTime);
     }

@@ -17,6 +17,8 @@ namespace {
 
 constexpr UINT_PTR kAnimationTimer = 101;
 constexpr UINT kAnimationPeriod = 200;  // milliseconds
+// As long counts a click on Shred after a stopped run as a late one on Stop.
+constexpr DWORD kSecondClick = 1000;  // milliseconds
 constexpr double kAnimationScale = 0.7;
 
 constexpr UINT kQuestion = MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2;
@@ -241,6 +243,8 @@ bool CDlgShredder::MayAddAll(const std::vector<std::string>& paths) {
 }
 
 void CDlgShredder::AddPickedFiles() {
+    // The dialog shows what the run will destroy.
+    const RedirectionOff redirection(IsWow64());
     const auto selection = AskForFiles(GetParent());
     if (!selection || !m_common->ConfirmShredPath(RestrictionPath(*selection).c_str(), nullptr)) return;
     CShredList::Batch batch(m_list);
@@ -261,7 +265,7 @@ void CDlgShredder::AddRecycleBin() {
 // --- the run ---
 
 LRESULT CDlgShredder::OnStart(WORD, WORD, HWND, BOOL&) {
-    if (m_running || m_list.GetCount() == 0 || !ConfirmRun()) return 0;
+    if (m_running || IsMeantForStop() || m_list.GetCount() == 0 || !ConfirmRun()) return 0;
     m_progress.SetPos(0);
     EnablePage(false);
     m_progress.ShowWindow(SW_SHOW);
@@ -286,6 +290,11 @@ bool CDlgShredder::ConfirmRun() {
     return answer == IDYES;
 }
 
+// Shred appears where Stop was: what comes right after a stopped run was to stop it.
+bool CDlgShredder::IsMeantForStop() const {
+    return m_stopped && ::GetTickCount() - m_endTime < kSecondClick;
+}
+
 LRESULT CDlgShredder::OnStop(WORD, WORD, HWND, BOOL&) {
     m_stopped = true;
     m_common->StopOperation();
@@ -305,6 +314,7 @@ LRESULT CDlgShredder::OnShredProgress(UINT, WPARAM wParam, LPARAM lParam, BOOL&)
 LRESULT CDlgShredder::OnShredDone(UINT, WPARAM, LPARAM, BOOL&) {
     KillTimer(kAnimationTimer);
     m_running = false;
+    m_endTime = ::GetTickCount();
     m_list.EndRun();
     EnablePage(true);
     m_progress.ShowWindow(SW_HIDE);
@@ -315,7 +325,7 @@ LRESULT CDlgShredder::OnShredDone(UINT, WPARAM, LPARAM, BOOL&) {
 
 LRESULT CDlgShredder::OnTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
     handled = wParam == kAnimationTimer;
-    if (!handled) return 0;
+    if (!handled || !m_running) return 0;
     m_list.Refresh();
     const RECT place = GetRectOf(GetDlgItem(IDC_SHRED_ANIMATION));
     const RECT progress = GetRectOf(m_progress);

@@ -95,6 +95,7 @@ class CDlgShredder : public CDialogImpl<CDlgShredder>, public CDialogResize<CDlg
     void AddRecycleBin();
     void RemoveSelected();
     // Says what will happen and asks whether it may, unless the user has silenced that.
+    bool IsMeantForStop() const;
     bool ConfirmRun();
 
     CGlassButton m_add;
@@ -107,6 +108,8 @@ class CDlgShredder : public CDialogImpl<CDlgShredder>, public CDialogResize<CDlg
     CThemeGroup m_modeGroup;
     bool m_running = false;  // the engine is at work
     bool m_stopped = false;  // the user has stopped this run
-    int m_focusBefore = 0;   // the control that had the focus when the page was disabled, 0: none
+    DWORD m_endTime = 0;     // of the latest run, by GetTickCount
+
+    int m_focusBefore = 0;  // the control that had the focus when the page was disabled, 0: none
     ICommonInterface* m_common = nullptr;
 };

@@ -116,7 +116,9 @@ void CMainDlg::GetItemDescription(HSCANITEM item, char* text, std::size_t size, 
 }
 
 bool CMainDlg::ConfirmShredPath(const char* path, int* restricted) {
-    const bool isRestricted = m_engine.IsInWindowsFolder(path) || m_engine.IsRestrictedPath(path);
+    // What is added with its content must not take a protected folder along that nobody has named.
+    const bool isRestricted = m_engine.IsInWindowsFolder(path) || m_engine.IsRestrictedPath(path) ||
+                              m_engine.HoldsRestrictedPath(path);
     if (restricted != nullptr) *restricted = isRestricted;
     if (!isRestricted) return true;
     return CDlgConfirm(IDS_CONFIRM_RESTRICTED).DoModal(m_hWnd) == IDOK;

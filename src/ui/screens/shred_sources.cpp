@@ -33,7 +33,9 @@ void AddFoundEntry(const std::string& folder, const WIN32_FIND_DATAA& entry, con
 
 // --- the recycle bin
 
-void AddShellFolder(IShellFolder* folder, HWND owner, IMalloc* allocator, const PathSink& sink);
+// Below `place`, the folder's own path with its trailing backslash; the bin itself has none.
+void AddShellFolder(IShellFolder* folder, const std::string& place, HWND owner, IMalloc* allocator,
+                    const PathSink& sink);
 
 void AddDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, const std::string& path, HWND owner,
                       IMalloc* allocator, const PathSink& sink) {
@@ -42,13 +44,14 @@ void AddDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, const std::str
     const HRESULT bound = parent->BindToObject(id, nullptr, IID_IShellFolder, reinterpret_cast<void**>(&raw));
     if (SUCCEEDED(bound) && raw != nullptr) {
         const UniqueReference<IShellFolder> folder(raw);
-        AddShellFolder(folder.get(), owner, allocator, sink);
+        AddShellFolder(folder.get(), path, owner, allocator, sink);
     } else if (bound == E_NOTIMPL) {
         AddFolderContent(path, sink);
     }
 }
 
-void AddShellFolder(IShellFolder* folder, HWND owner, IMalloc* allocator, const PathSink& sink) {
+void AddShellFolder(IShellFolder* folder, const std::string& place, HWND owner, IMalloc* allocator,
+                    const PathSink& sink) {
     IEnumIDList* rawList = nullptr;
     constexpr SHCONTF kWhat = SHCONTF_FOLDERS | SHCONTF_NONFOLDERS | SHCONTF_INCLUDEHIDDEN;
     if (folder->EnumObjects(owner, kWhat, &rawList) != S_OK || rawList == nullptr) return;
@@ -58,6 +61,8 @@ void AddShellFolder(IShellFolder* folder, HWND owner, IMalloc* allocator, const 
         const UniqueIdList id(rawId, IdListDeleter{allocator});
         auto path = ItemPath(folder, id.get(), allocator);
         if (!path || !IsSurvivingPath(*path)) continue;
+        // A deleted shortcut to a folder shows what it leads to as its content.
+        if (::_strnicmp(path->c_str(), place.c_str(), place.size()) != 0) continue;
         if (IsFolder(::GetFileAttributesA(path->c_str()))) {
             path = WithBackslash(*path);
             if (path->size() >= kPathCapacity) continue;
@@ -136,5 +141,5 @@ void AddRecycleBinContent(HWND owner, const PathSink& sink) {
         return;
     }
     const UniqueReference<IShellFolder> folder(raw);
-    AddShellFolder(folder.get(), owner, bin->allocator.get(), sink);
+    AddShellFolder(folder.get(), "", owner, bin->allocator.get(), sink);
 }
