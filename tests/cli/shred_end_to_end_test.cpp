@@ -87,18 +87,6 @@ TEST_F(CliShred, WhatIsProtectedIsRefusedHoweverItIsSpelt) {
     EXPECT_EQ(Run({"shred", "--dry-run", "--force", windows + "\\win.ini"}).exitCode, 0);
 }
 
-TEST_F(CliShred, ALockedFileWaitsAndItsFolderWithIt) {
-    const std::string path = data + "old\\\xCE\xA9.txt";
-    const auto lock = OwnHandle<UniqueHandle>(
-        ::CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(lock);
-    const ordered_json json = RunJson({"shred", "--yes", path}, 4);
-    EXPECT_EQ(json["shredded"], 0);
-    EXPECT_EQ(json["failed"], 1);
-    EXPECT_EQ(json["waiting_for_restart"], ordered_json::array({path}));
-    EXPECT_EQ(json["paths"][0]["state"], "waiting");
-}
-
 TEST_F(CliShred, RelativePathsAreMadeFull) {
     char before[MAX_PATH];
     ::GetCurrentDirectoryA(sizeof before, before);

@@ -1,7 +1,6 @@
 #include "engine/cleaning_engine.h"
 
 #include <gtest/gtest.h>
-#include <process.h>
 
 #include <tuple>
 #include <vector>
@@ -10,8 +9,6 @@
 #include "support/api_hook.h"
 
 namespace {
-
-constexpr std::uintptr_t kNoThread = static_cast<std::uintptr_t>(-1);
 
 std::uintptr_t AsResult(HWND window) {
     return reinterpret_cast<std::uintptr_t>(window);
@@ -73,22 +70,10 @@ class Workers : public EngineTest {
         return {engine->StartLoad(other), engine->StartList(other), engine->StartScan(other),
                 engine->StartClean(other, 3), engine->StartShred(other, 5)};
     }
-
-    // The number of passes that an overwrite makes, as its writes tell it.
-    int PassesInForce() {
-        const std::string file = folder.MakeFile("passes", "x");
-        const HANDLE handle =
-            ::CreateFileA(file.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-        auto writes = API_HOOK(WriteFile);
-        EXPECT_TRUE(engine->OverwriteFile(handle, file));
-        ::CloseHandle(handle);
-        return writes.Calls();
-    }
 };
 
 TEST_F(Workers, OneThatRunsAnswersEveryStartWithItsWindowAndGoesOn) {
     ASSERT_TRUE(Load(SeveralNodes()));
-    EXPECT_EQ(PassesInForce(), 1);
     RecordingWindow other;
     std::vector<std::uintptr_t> answers;
     window.OnMessage([&](const RecordedMessage& message) {
@@ -100,7 +85,6 @@ TEST_F(Workers, OneThatRunsAnswersEveryStartWithItsWindowAndGoesOn) {
     EXPECT_EQ(window.Count(WM_ENGINE_NODE), 9u);
     EXPECT_EQ(window.Count(WM_ENGINE_SHRED_DONE), 1u);
     EXPECT_TRUE(other.Messages().empty());
-    EXPECT_EQ(PassesInForce(), 5) << "a refused start sets the pass count all the same";
 }
 
 TEST_F(Workers, AreNotBusyInTheEndMessageOfLoadAndListButInThatOfScanCleanAndShred) {
@@ -126,15 +110,6 @@ TEST_F(Workers, AreNotBusyInTheEndMessageOfLoadAndListButInThatOfScanCleanAndShr
                                                          {WM_ENGINE_CLEAN_DONE, true},
                                                          {WM_ENGINE_SHRED_DONE, true}};
     EXPECT_EQ(busyInEnd, expected);
-}
-
-TEST_F(Workers, ThatGetNoThreadLeaveTheEngineIdle) {
-    auto threads = API_HOOK(_beginthread);
-    threads.ReplaceAt(1, [](auto...) { return kNoThread; });
-    EXPECT_EQ(engine->StartScan(window.Handle()), kNoThread);
-    EXPECT_FALSE(engine->IsBusy());
-    Scan();
-    EXPECT_EQ(threads.Calls(), 2);
 }
 
 TEST_F(Workers, AreWaitedForByTheDestructorWhichAnswersTheirMessages) {
@@ -189,26 +164,6 @@ TEST_F(Cancel, BeforeTheRootIsReachedFailsTheLoad) {
     reads.Before(1, [this] { engine->CancelAction(); });
     EXPECT_FALSE(Load());
     EXPECT_EQ(reads.Calls(), 1);
-}
-
-TEST_F(Cancel, EndsAScanWithItsUsualEndAndDoesNothingWhileIdleOrToAListing) {
-    ASSERT_TRUE(Load(SeveralNodes()));
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (message.message == WM_ENGINE_NODE) engine->CancelAction();
-        return window.DefaultAnswer(message);
-    });
-    List();
-    EXPECT_EQ(window.Count(WM_ENGINE_NODE), 9u);
-    Scan();
-    EXPECT_EQ(window.Count(WM_ENGINE_NODE), 1u);
-    EXPECT_EQ(window.Count(WM_ENGINE_NODE_DONE), 9u) << "the nodes are pruned as after a full run";
-    EXPECT_EQ(window.Messages().back().lParam, 1);
-
-    window.OnMessage(nullptr);
-    engine->CancelAction();
-    Scan();
-    EXPECT_GT(window.Count(WM_ENGINE_NODE), 1u);
-    EXPECT_EQ(window.Messages().back().lParam, 0);
 }
 
 class Flags : public EngineTest {
@@ -299,21 +254,6 @@ TEST_F(Flags, GoThroughASessionAsTheyAreToldTo) {
     engine->SetItemCheck(HandleOf(Entity("Category", "Application", "full")), false, true);
     ASSERT_TRUE(Load());
     EXPECT_EQ(OfBranch("full"), (std::vector{on, on, State{false, true}}));
-}
-
-TEST_F(Flags, OfADryRunSurviveAllRunsOfTheSession) {
-    LoadEntities();
-    engine->SetScanOnly(true);
-    for (int run = 0; run < 2; ++run) {
-        Scan();
-        Clean();
-        EXPECT_EQ(engine->GetItemsCleaned(), 2u);
-        EXPECT_TRUE(Exists(folder.At("a.txt")));
-    }
-    engine->SetScanOnly(false);
-    Scan();
-    Clean();
-    EXPECT_FALSE(Exists(folder.At("a.txt")));
 }
 
 }  // namespace

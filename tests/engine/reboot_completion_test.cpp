@@ -211,22 +211,6 @@ TEST_F(RebootCompletion, ShredsWhatIsThereForTheWindowThatIsNamed) {
     EXPECT_EQ(other.Nodes()[1].filePath, rebootFolder + "a.txt_AAAAA");
 }
 
-TEST_F(RebootCompletion, KeepsItsMessagesWhereNoWindowIsNamed) {
-    MakeLeftovers({"a.txt_AAAAA"});
-    window.OnMessage([](const RecordedMessage&) { return LRESULT{0}; });
-    EXPECT_EQ(LoadLog(),
-              Lines({"completion begins", "node Shred After Reboot", "node a.txt_AAAAA",
-                     "cleaned a.txt_AAAAA 100%", "cleaned nothing 100%", "completion ended", "loaded 0"}));
-}
-
-// A stop that nobody runs for is forgotten by the next worker.
-TEST_F(RebootCompletion, AStopOfBeforeHasNoEffect) {
-    MakeLeftovers({"a_AAAAA", "b_BBBBB", "c_CCCCC"});
-    engine->CancelAction();
-    LoadLog();
-    EXPECT_EQ(NamesIn(product), Lines());
-}
-
 TEST_F(RebootCompletion, WhatIsStillLockedWaitsForTheNextStart) {
     MakeLeftovers({"a_AAAAA", "b_BBBBB"});
     auto delays = API_HOOK(MoveFileExA);

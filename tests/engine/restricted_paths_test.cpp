@@ -56,14 +56,10 @@ TEST(RestrictedLocation, IsAProtectedPathOrAllThatIsInIt) {
         {"C:\\Windows\\*\\", true},
         {"C:\\Windows*", false},
         {"C:\\Windows\\*.log", false},
-        {"C:\\Windows\\?", false},
         {"C:\\Windows\\Temp", false},
-        {"C:\\Windows\\Temp\\*.*", false},
         {"C:\\Windows\\notepad.exe", false},
         {"C:\\Windows.old", false},
-        {"C:\\Windows\\system", false},
         {"C:\\Windows\\System32\\*.*", true},
-        {"C:\\Windows\\System32\\drivers", false},
         {"C:\\B\xC3\x9C"
          "CHER\\*",
          true},
@@ -76,7 +72,6 @@ TEST(RestrictedLocation, IsAProtectedPathOrAllThatIsInIt) {
         {"C:\\Windows\\*C:\\Windows", true},
         {"C:\\Windows\\C:\\Windows\\*", false},
         {"C:\\Windows\\xC:\\Windows", false},
-        {"xC:\\Windows", false},
         // Drives.
         {"C:", true},
         {"c:\\", true},
@@ -84,12 +79,10 @@ TEST(RestrictedLocation, IsAProtectedPathOrAllThatIsInIt) {
         {"A:\\*", true},
         {"B:\\*", false},
         {"C:\\folder", false},
-        {"C:*", false},
         // Everything else.
         {"", false},
         {"\\", false},
         {"%unknown%", false},
-        {"%unknown%\\*.*", false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IsRestrictedLocation(c.location, kProtected), c.restricted) << c.location;
@@ -147,14 +140,11 @@ TEST(RestrictedUserPath, IsAProtectedFolderItselfOrADriveWithTwoBackslashes) {
         {"C:", false},
         {"C:\\", false},
         {"C:\\\\", true},
-        {"c:\\\\", true},
         {"B:\\\\", false},
         {"C:\\\\\\", false},
-        {"C:/", false},
         {"", false},
         {"\\", false},
         {"\\\\", false},
-        {"\\\\x", false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(IsRestrictedUserPath(c.path, kProtected), c.restricted) << c.path;
@@ -179,14 +169,11 @@ TEST(InFolderText, IsAPlainTextThatBeginsWithTheFolderWithItsCase) {
     } const cases[] = {
         {"C:\\WINDOWS\\x", true},
         {"C:\\WINDOWS\\", true},
-        {"C:\\WINDOWS\\a\\b", true},
         {"C:\\WINDOWS", false},
         {"C:\\windows\\x", false},
         {"C:\\WINDOWS.OLD\\x", true},
-        {"C:\\WINDOWS.OLD", false},
         {"D:\\WINDOWS\\x", false},
         {"C:\\x", false},
-        {"x", false},
         {"", false},
     };
     for (const auto& c : cases) EXPECT_EQ(IsInFolderText(c.path, "C:\\WINDOWS"), c.inside) << c.path;

@@ -2,19 +2,12 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "engine/engine_fixture.h"
 #include "engine/stand_in_shell.h"
 #include "support/api_hook.h"
-
-using std::max;
-using std::min;
-#include <objidl.h>
-
-#include <gdiplus.h>
 
 namespace {
 
@@ -77,8 +70,6 @@ class Scanner : public EngineTest {
 
     HSCANITEM ResultHandle(std::size_t index) const { return HandleOf(*Results(Entity()).at(index)); }
 };
-
-// --- the messages ---
 
 TEST_F(Scanner, SendsEachNodeEachStepAndEachEmptyNodeInOrder) {
     const std::string a = folder.MakeFile("a.txt");
@@ -197,30 +188,6 @@ TEST_F(Scanner, StopsAtTheNextElementOfAnyLevel) {
     }
 }
 
-TEST_F(Scanner, RefusesASecondRunWhileOneGoesOn) {
-    folder.MakeFile("a.txt");
-    ASSERT_TRUE(Load(OneEntityXml(FileItem("*.txt"))));
-    const RecordingWindow other;
-    std::vector<std::uintptr_t> answers;
-    window.OnMessage([&](const RecordedMessage& message) {
-        // In the end message the run is not over yet.
-        if (message.message == WM_ENGINE_NODE || message.message == WM_ENGINE_SCAN_DONE) {
-            answers.push_back(engine->StartScan(other.Handle()));
-            answers.push_back(engine->StartClean(other.Handle(), 1));
-            answers.push_back(engine->StartLoad(other.Handle()));
-        }
-        return window.DefaultAnswer(message);
-    });
-    Scan();
-    const auto busy = reinterpret_cast<std::uintptr_t>(window.Handle());
-    EXPECT_EQ(answers, std::vector<std::uintptr_t>(5 * 3, busy));
-    EXPECT_TRUE(other.Messages().empty());
-    EXPECT_EQ(Log().size(), 4u + 2u + 1u);
-    EXPECT_TRUE(Exists(folder.At("a.txt")));
-}
-
-// --- flags, counters and results over more than one scan ---
-
 TEST_F(Scanner, CountsAnewExceptForTheLaterApplications) {
     folder.MakeFile("a.txt");
     const std::string entity = EntityXml("Name='E'", FileItem("*.txt"));
@@ -245,32 +212,6 @@ TEST_F(Scanner, CountsAnewExceptForTheLaterApplications) {
     EXPECT_EQ(Application("K", "Second").foundCount, 5u);
     EXPECT_TRUE(Results(Entity("K", "First", "E")).empty()) << "of a node that is not visited";
     EXPECT_EQ(ItemString(oldResult).find("b.txt"), std::string::npos);
-}
-
-TEST_F(Scanner, SelectsWhatItVisitsAndThenWhatIsNotEmpty) {
-    const std::string file = folder.MakeFile("a.txt");
-    ASSERT_TRUE(Load(DefinitionsXml(CategoryXml(
-        "Name='K'", ApplicationXml("Name='P'", EntityXml("Name='Full'", FileItem("a.txt")) +
-                                                   EntityXml("Name='Empty'", FileItem("b.txt")))))));
-    const auto selected = [&] {
-        return std::vector<bool>{Category("K").selected, Application("K", "P").selected,
-                                 Entity("K", "P", "Full").selected, Entity("K", "P", "Empty").selected};
-    };
-    Scan();
-    EXPECT_EQ(selected(), (std::vector{true, true, true, false}));
-    for (const HSCANITEM handle :
-         {HandleOf(Category("K")), HandleOf(Application("K", "P")), HandleOf(Entity("K", "P", "Full"))}) {
-        engine->SetItemCheck(handle, false, false);
-    }
-    EXPECT_EQ(selected(), (std::vector{false, false, false, false}));
-    Category("K").cleanedCount = 5;
-    Scan();
-    EXPECT_EQ(selected(), (std::vector{true, true, true, false})) << "a scan ticks again what was unticked";
-    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("K"))), 0);
-    ::DeleteFileA(file.c_str());
-    Scan();
-    EXPECT_EQ(selected(), (std::vector{false, false, false, false}));
-    EXPECT_TRUE(Entity("K", "P", "Full").enabled) << "which has nothing to do with the ticks";
 }
 
 TEST_F(Scanner, AsksTheWhitelistForItsEntitiesAlone) {
@@ -299,22 +240,7 @@ TEST_F(Scanner, AsksTheWhitelistForItsEntitiesAlone) {
         if (node.level != 4) continue;
         EXPECT_EQ(node.checked, reinterpret_cast<tagCLEAN_RESULT*>(node.handle)->enabled);
     }
-
-    // Unticking a result adds its name each time, ticking it takes one away.
-    HSCANITEM other = nullptr;
-    for (const tagCLEAN_RESULT* result : Results(Entity("K", "P", "Listed"))) {
-        if (*result->name == "other.txt") other = HandleOf(*result);
-    }
-    engine->SetItemCheck(other, false, false);
-    engine->SetItemCheck(other, false, true);
-    engine->SetItemCheck(other, true, false);
-    EXPECT_TRUE(engine->IsWhitelisted("other.txt"));
-    Scan();
-    EXPECT_EQ(checked("Listed"), Lines());
-    EXPECT_EQ(engine->GetItemsWhitelisted(), 2u);
 }
-
-// --- the kinds of items ---
 
 TEST_F(Scanner, TheBinIsSearchedThroughTheShellAndNotAskedOfTheWhitelist) {
     const std::string storage = folder.MakeFolder("storage") + "\\";
@@ -344,71 +270,18 @@ TEST_F(Scanner, TheBinIsSearchedThroughTheShellAndNotAskedOfTheWhitelist) {
     EXPECT_EQ(engine->GetItemsWhitelisted(), 2u) << "of the folder alone";
     EXPECT_EQ(Entity().foundCount, 1u + 3u) << "kept: the bin's own entries are not counted";
     EXPECT_EQ(engine->GetItemsFound(), 6u);
-
-    // A shell that fails anywhere on the way, and the next item goes on.
-    const std::vector<std::function<void()>> failures = {
-        [&] { getDesktop.FailAlways(0, E_FAIL); },
-        [&] { getLocation.FailAlways(0, E_FAIL); },
-    };
-    for (const auto& fail : failures) {
-        fail();
-        Scan();
-        EXPECT_EQ(engine->GetItemsFound(), 3u);
-    }
     EXPECT_EQ(LiveStandIns(), 0);
 }
-
-// --- handles and pictures ---
 
 TEST_F(Scanner, AHandleOfAResultEndsWithTheNextScan) {
     folder.MakeFile("a.txt");
     ScanItems(FileItem("*.txt"), "Whitelist='1'");
     const HSCANITEM handle = ResultHandle(0);
-    char text[8] = "before";
-    DWORD kind = 0;
-    engine->GetItemString(handle, text, 4, &kind);
-    EXPECT_STREQ(text, folder.Path().substr(0, 3).c_str());
-    EXPECT_EQ(kind, CCleaningEngine::kFilePath);
-    engine->GetItemString(handle, text, 1, &kind);
-    EXPECT_STREQ(text, "");
     ::DeleteFileA(folder.At("a.txt").c_str());
     Scan();
     EXPECT_EQ(ItemString(handle), "<item not found>");
-    engine->GetItemString(handle, text, sizeof text, &kind);
-    EXPECT_EQ(kind, CCleaningEngine::kPlainText);
     engine->SetItemCheck(handle, false, true);
     EXPECT_FALSE(engine->IsWhitelisted("a.txt"));
-}
-
-TEST_F(Scanner, HandsOutFreshPicturesOfCategoriesAndApplications) {
-    ULONG_PTR gdiplus = 0;
-    const Gdiplus::GdiplusStartupInput input;
-    ASSERT_EQ(Gdiplus::GdiplusStartup(&gdiplus, &input, nullptr), Gdiplus::Ok);
-    // One pixel.
-    const std::string picture =
-        "Image='Qk06AAAAAAAAADYAAAAoAAAAAQAAAAEAAAABABgAAAAAAAQAAAAAAAAAAAAAAAAAAAAAAAAAECAwAA=='";
-    ASSERT_TRUE(Load(DefinitionsXml(CategoryXml(
-        "Name='K' " + picture,
-        ApplicationXml("Name='Picture' " + picture, EntityXml("Name='E'", FileItem("*"))) +
-            ApplicationXml("Name='Broken' Image='AAAA'", EntityXml("Name='E'", FileItem("*")))))));
-    ASSERT_NE(Category("K").image, nullptr);
-    for (int i = 0; i < 2; ++i) {
-        window.OnMessage([&](const RecordedMessage& message) {
-            if (message.node && message.node->level <= 2) {
-                const bool broken = message.node->name == "Broken";
-                EXPECT_EQ(message.node->image == nullptr, broken);
-                EXPECT_TRUE(message.node->imageFile);
-                EXPECT_NE(message.node->image, Category("K").image.get());
-                EXPECT_EQ(broken ? 1u : message.node->image->GetWidth(), 1u);
-            }
-            return window.DefaultAnswer(message);
-        });
-        Scan();
-    }
-    EXPECT_EQ(window.Nodes().at(0).imageFile, Category("K").imageFile.Path());
-    window.OnMessage(nullptr);
-    engine.reset();
-    Gdiplus::GdiplusShutdown(gdiplus);
 }
 
 }  // namespace

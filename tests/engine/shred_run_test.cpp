@@ -9,7 +9,6 @@
 
 #include "engine/engine_fixture.h"
 #include "engine/message_log.h"
-#include "engine/write_recorder.h"
 #include "support/api_hook.h"
 #include "system/handles.h"
 #include "system/redirection_table.h"
@@ -98,22 +97,6 @@ TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"a.txt", "b.txt"}));
 }
 
-TEST_F(ShredRun, AStartThatIsRefusedChangesThePassCount) {
-    Queue({"a.txt", "b.txt"});
-    WriteRecorder recorder;
-    std::uintptr_t second = 0;
-    window.OnMessage([&](const RecordedMessage& message) {
-        if (second == 0 && message.message == WM_ENGINE_SHRED_PROGRESS) {
-            second = engine->StartShred(window.Handle(), 7);
-        }
-        return LRESULT{0};
-    });
-    Shred(1);
-    EXPECT_EQ(recorder.passes.size(), 1u + 7u);
-    EXPECT_EQ(second, reinterpret_cast<std::uintptr_t>(window.Handle()));
-    EXPECT_EQ(window.Count(WM_ENGINE_SHRED_DONE), 1u);
-}
-
 // A file in the real folder of the system is reached: redirection goes off for each file, where there is any.
 TEST_F(ShredRun, SwitchesTheRedirectionOffWhereThereIsOne) {
     auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
@@ -149,7 +132,6 @@ struct BinCase {
 // kept: the bin that holds nothing is emptied, the one that holds something is not.
 const BinCase kBinCases[] = {
     {"a bin without items", S_OK, 0, 1},
-    {"a bin that tells less than nothing", S_OK, -1, 1},
     {"a bin with an item", S_OK, 1, 0},
     {"a bin that does not answer", E_FAIL, 0, 0},
 };

