@@ -3,7 +3,8 @@
 //
 //   make         fills the lists in the registry and makes entries of the URL cache
 //   hold FILE    keeps FILE open, so that nobody else may have it, until it is ended
-//   state        prints one line for each of those: its name, a tab, how much there is of it, a tab, and `goes` or
+//   state        prints one line for each of those: its name, a tab, how much there is of it, a tab, and
+//   `goes` or
 //                `stays`, which is what should become of it
 
 #include <windows.h>
