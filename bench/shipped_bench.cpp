@@ -11,6 +11,7 @@
 #include "engine/restricted_paths.h"
 #include "engine_run.h"
 #include "packed_text.h"
+#include "system/handles.h"
 #include "system/registry.h"
 #include "system/system_facts.h"
 
@@ -26,6 +27,7 @@ struct Value {
 struct Questions {
     std::vector<std::string> installed;
     std::vector<Value> values;
+    std::vector<std::size_t> pictures;  // their bytes; a load writes each to a file
 };
 
 Questions QuestionsOf(const std::string& text, CCleaningEngine& engine) {
@@ -40,12 +42,29 @@ Questions QuestionsOf(const std::string& text, CCleaningEngine& engine) {
                                     variable.attribute("ValueName").value()});
     }
     for (const pugi::xml_node& category : root.children("Category")) {
+        const std::string picture = category.attribute("Image").value();
+        if (!picture.empty()) questions.pictures.push_back(picture.size() / 4 * 3);
         for (const pugi::xml_node& application : category.children()) {
             const std::string location = application.attribute("InstallLocation").value();
             if (!location.empty()) questions.installed.push_back(engine.ExpandLocation(location));
         }
     }
     return questions;
+}
+
+// The path of a new file of `size` bytes.
+std::string WritePicture(std::size_t size) {
+    const std::string bytes(size, 'p');
+    char folder[MAX_PATH] = "";
+    char path[MAX_PATH] = "";
+    ::GetTempPathA(MAX_PATH, folder);
+    ::GetTempFileNameA(folder, "be", 0, path);
+    const UniqueHandle file = OwnHandle<UniqueHandle>(
+        ::CreateFileA(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    Require(file && ::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(size), &written, nullptr),
+            "a place for a picture");
+    return path;
 }
 
 // The seconds of the same calls to the system as a load makes.
@@ -65,7 +84,11 @@ double Ask(const Questions& questions) {
         }
     }
     for (const std::string& location : questions.installed) ::GetFileAttributesA(location.c_str());
-    return Now() - begin;
+    std::vector<std::string> pictures;
+    for (const std::size_t size : questions.pictures) pictures.push_back(WritePicture(size));
+    const double seconds = Now() - begin;
+    for (const std::string& path : pictures) ::DeleteFileA(path.c_str());
+    return seconds;
 }
 
 // Adds up what is taken of it.
