@@ -23,6 +23,12 @@ void BenchRegistry(const BenchOptions& options, AnsweringWindow& window, Report&
 // The loading of large definitions.
 void BenchDefinitions(const BenchOptions& options, AnsweringWindow& window, Report& report);
 
+// Its part for the definitions that are shipped: their time and their memory.
+void BenchShippedLoad(const BenchOptions& options, AnsweringWindow& window, Report& report);
+
+// The search of the shipped definitions on a machine that has none of their applications.
+void BenchLookups(const BenchOptions& options, AnsweringWindow& window, Report& report);
+
 // The overwriting of one large file.
 void BenchOverwrite(const BenchOptions& options, AnsweringWindow& window, Report& report);
 

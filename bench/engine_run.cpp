@@ -25,8 +25,21 @@ std::string OneItemDefinitions(std::string_view item) {
            std::string(item) + "</Entity></Application></Category></xclean_def>";
 }
 
-LoadedEngine::LoadedEngine(AnsweringWindow& window, std::string_view xml) : m_window(window) {
-    m_engine.SetDefinitionsFile(WriteDefinitionsFile(xml));
+double TimeLoad(AnsweringWindow& window, const std::string& definitions, const std::string& preferences) {
+    CCleaningEngine engine;
+    engine.SetDefinitionsFile(definitions);
+    engine.SetPreferencesFile(preferences);
+    const double seconds = window.Time(WM_ENGINE_LOADED, [&] { engine.StartLoad(window.Handle()); });
+    while (engine.IsBusy()) ::SwitchToThread();
+    Require(engine.LoadedNodeCount() > 0, "definitions that load");
+    return seconds;
+}
+
+LoadedEngine::LoadedEngine(AnsweringWindow& window, std::string_view xml)
+    : LoadedEngine(window, DefinitionsFile{WriteDefinitionsFile(xml)}) {}
+
+LoadedEngine::LoadedEngine(AnsweringWindow& window, const DefinitionsFile& file) : m_window(window) {
+    m_engine.SetDefinitionsFile(file.path);
     m_engine.SetPreferencesFile(std::string(kBenchFolder) + "none.db");
     Require(m_engine.LoadDefinitions(), "definitions that load");
 }

@@ -16,10 +16,19 @@ std::string WriteDefinitionsFile(std::string_view xml);
 // Definitions of one item; `item` is its element.
 std::string OneItemDefinitions(std::string_view item);
 
+// The seconds of one load by an engine of its own, told to the window.
+double TimeLoad(AnsweringWindow& window, const std::string& definitions, const std::string& preferences);
+
+// The path of a file of definitions.
+struct DefinitionsFile {
+    std::string path;
+};
+
 // An engine that has loaded these definitions and knows no preferences. The window's thread owns it.
 class LoadedEngine {
   public:
     LoadedEngine(AnsweringWindow& window, std::string_view xml);
+    LoadedEngine(AnsweringWindow& window, const DefinitionsFile& file);
 
     CCleaningEngine& Engine() { return m_engine; }
 

@@ -18,13 +18,14 @@ struct Bench {
 };
 constexpr Bench kBenches[] = {
     {"overwrite", BenchOverwrite}, {"definitions", BenchDefinitions},
-    {"memory", BenchMemory},       {"registry", BenchRegistry},
-    {"clean", BenchClean},         {"scan", BenchScan},
-    {"start", BenchStart},
+    {"lookups", BenchLookups},     {"memory", BenchMemory},
+    {"registry", BenchRegistry},   {"clean", BenchClean},
+    {"scan", BenchScan},           {"start", BenchStart},
 };
 
 constexpr char kUsage[] =
-    "velvane-bench [--rounds N] [--small] [overwrite|definitions|memory|registry|clean|scan|start]...\n"
+    "velvane-bench [--rounds N] [--small] "
+    "[overwrite|definitions|lookups|memory|registry|clean|scan|start]...\n"
     "Started by scripts/bench.sh, which makes what it works on.\n";
 
 [[noreturn]] void EndWithUsage() {

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Builds the benchmarks, makes what they work on in a prefix of their own, runs them contained and prints the table
 # of ratios. A whole run takes about half an hour, nearly all of it the large folder trees; --small leaves those out.
-# usage: bench.sh [--small] [--rounds N] [overwrite|definitions|memory|registry|clean|scan|start]...
+# usage: bench.sh [--small] [--rounds N] [overwrite|definitions|lookups|memory|registry|clean|scan|start]...
 set -euo pipefail
 source "${BASH_SOURCE[0]%/*}/lib.sh"
 cd -- "$VELVANE_ROOT"

@@ -5,7 +5,6 @@
 #                                          CATEGORY[/APPLICATION[/ENTITY]]
 #        definitions.sh coverage           writes docs/coverage.md
 #        definitions.sh coverage --check   fails when docs/coverage.md is not what would be written
-# FAMILIES=1 in front: those of the families, which are not in the program yet, instead of the sample.
 # Runs build/x64/bin/velvane-defs.exe, or VELVANE_DEFS=PROGRAM; with DEFINITIONS=FOLDER on the sources, pictures and never.txt of that folder.
 set -euo pipefail
 source "${BASH_SOURCE[0]%/*}/lib.sh"
@@ -21,14 +20,12 @@ hand_in() {
     OUT=$(scripts/contained-wine --out "$VELVANE_PREFIX")
     rm -rf -- "$OUT/definitions"
     cp -rL -- "$FOLDER" "$OUT/definitions"
-    # The sample and the families are two sets until the families are all there: FAMILIES=1 is for theirs.
-    if [[ -f $FOLDER/sample.xml ]]; then
-        if [[ -n ${FAMILIES:-} ]]; then
-            rm -- "$OUT/definitions/sample.xml"
-        else
-            find "$OUT/definitions" -maxdepth 1 -name '*.xml' ! -name sample.xml -delete
-        fi
-    fi
+    # The build draws them in the same size.
+    local drawing
+    for drawing in "$OUT"/definitions/pictures/*.svg; do
+        [[ -f $drawing ]] || continue
+        rsvg-convert --width 64 --height 64 --output "${drawing%.svg}.png" "$drawing"
+    done
     if ((EUID == 0)); then chown -R "$RUNNER_UID:$RUNNER_UID" -- "$OUT/definitions"; fi
 }
 # Its messages name the files as the host does.

@@ -58,7 +58,7 @@ hold_file "$HELD_WINDOWS_PATH"
 remember before
 describe_profile | indent
 
-# --- 2 to 5 -------------------------------------------------------------------------------------------------------
+# --- 2 to 6 -------------------------------------------------------------------------------------------------------
 
 title "2. What is there to be found? Nothing is changed yet."
 velvane scan
@@ -68,17 +68,21 @@ velvane clean --yes
 
 title "4. What is left?"
 velvane scan
+printf '  (The index of the history is empty; Wine makes it anew whenever a program asks for the URL cache.)\n'
 remember after
 
-title "5. Windows restarts, which ends the program that held a file open. What is left now?"
+title "5. What is off stays until it is named"
+velvane clean --yes --only "$NAMED"
+
+title "6. Windows restarts, which ends the program that held a file open. What is left now?"
 scripts/contained-wine --reboot "$VELVANE_PREFIX"
 velvane scan
 remember restarted
 
-# --- 6 ----------------------------------------------------------------------------------------------------------
+# --- 7 ----------------------------------------------------------------------------------------------------------
 
-title "6. What went and what stayed, and why"
+title "7. What went and what stayed, and why"
 print_fates | indent
 
-title "7. Is everything that is no trace still as it was?"
+title "8. Is everything that is no trace still as it was?"
 check_profile | indent

@@ -76,6 +76,9 @@ int RunSession(HINSTANCE instance, const std::string& line) {
     ::InitCommonControlsEx(&controls);
     AppModule().Init(instance);
     const HMODULE richEdit = LoadSystemLibrary("RICHED20.DLL");
+    // For the theme's pictures: GDI+ loads the decoders by their bare name, and gets the ones that are loaded
+    // already. They stay to the end of the process.
+    LoadSystemLibrary("windowscodecs.dll");
     g_Theme.Start();  // and GDI+ with it
     auto loop = std::make_unique<CMessageLoop>();
     AppModule().AddMessageLoop(loop.get());

@@ -6,6 +6,7 @@
 #include "base/base64.h"
 #include "system/files.h"
 #include "system/handles.h"
+#include "system/library_search.h"
 
 using std::max;
 using std::min;
@@ -76,6 +77,9 @@ UniqueImage LoadImageFromFile(const char* path) {
     // record while an image of the latest scan lives.
     const UniqueStream stream = MemoryStream(*bytes);
     if (!stream) return nullptr;
+    // GDI+ loads the decoders by their bare name, and gets the ones that are loaded already: the system's,
+    // whatever lies beside the program. They stay to the end of the process.
+    [[maybe_unused]] static const HMODULE decoders = LoadSystemLibrary("windowscodecs.dll");
     UniqueImage image(Gdiplus::Image::FromStream(stream.get(), FALSE));
     if (image && image->GetLastStatus() != Gdiplus::Ok) image.reset();
     return image;

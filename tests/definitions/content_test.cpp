@@ -15,8 +15,8 @@ std::string Database() {
     char path[MAX_PATH] = {};
     ::GetModuleFileNameA(nullptr, path, MAX_PATH);
     const std::string program = path;
-    const auto bytes = FileContent(program.substr(0, program.rfind('\\') + 1) + "families.db");
-    if (!bytes) throw std::runtime_error("families.db is not beside the test program");
+    const auto bytes = FileContent(program.substr(0, program.rfind('\\') + 1) + "cleaning.db");
+    if (!bytes) throw std::runtime_error("cleaning.db is not beside the test program");
     return *bytes;
 }
 

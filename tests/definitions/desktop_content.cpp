@@ -94,12 +94,6 @@ constexpr ContentRow kFileZilla[] = {
     {Kept, R"(%appdata%\FileZilla\trustedcerts.xml)"},
 };
 
-constexpr ContentRow kClaudeCode[] = {
-    {Chosen, R"(%userprofile%\.claude\projects\C--letters\0a1b.jsonl)"},
-    {Kept, R"(%userprofile%\.claude\projects\C--letters\memory\MEMORY.md)"},
-    {Kept, R"(%userprofile%\.claude\.credentials.json)"},
-};
-
 constexpr ContentRow kCargo[] = {
     {Chosen, R"(%userprofile%\.cargo\registry\cache\index.crates.io-1\a-1.0.0.crate)"},
     {Kept, R"(%userprofile%\.cargo\credentials.toml)"},
@@ -145,7 +139,6 @@ constexpr ContentCase kCases[] = {
     {"Visual Studio Code", kCode},
     {"JetBrains IDEs", kJetBrains},
     {"FileZilla", kFileZilla},
-    {"Claude Code", kClaudeCode},
     {"Cargo", kCargo},
     {"Poetry", kPoetry},
     {"Minecraft", kMinecraft},

@@ -36,7 +36,6 @@ all_refused() { diff <(grep -n '<Item' tests/defs/never/targets.xml | cut -d: -f
 told_lines() { sed -nE 's#^.*/a\.xml:([0-9]+):[0-9]+: error: never a target: .*#\1#p' "$folder/log"; }
 
 expect "what we ship is clean" 0 scripts/definitions.sh check
-expect "so are the families, which are not shipped yet" 0 env FAMILIES=1 scripts/definitions.sh check
 expect "the page of what is covered is theirs" 0 scripts/definitions.sh coverage --check
 expect "one category is explained" 0 scripts/definitions.sh explain Browsers
 expect "a name that is not there is a wrong usage" 1 scripts/definitions.sh explain Nonsense

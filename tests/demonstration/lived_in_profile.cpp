@@ -3,7 +3,9 @@
 //
 //   make         fills the lists in the registry and makes entries of the URL cache
 //   hold FILE    keeps FILE open, so that nobody else may have it, until it is ended
-//   state        prints one line for each of those: its name, a tab, and how much there is of it
+//   state        prints one line for each of those: its name, a tab, how much there is of it, a tab, and
+//   `goes` or
+//                `stays`, which is what should become of it
 
 #include <windows.h>
 // After windows.h, which it needs.
@@ -27,34 +29,46 @@ struct RegistryList {
 const RegistryList kLists[] = {
     {"recent documents", EXPLORER "RecentDocs", {"tax return.pdf", "letter.txt"}},
     {"recent documents of one kind", EXPLORER "RecentDocs\\.pdf", {"tax return.pdf"}},
-    {"run dialog", EXPLORER "RunMRU", {"regedit\\1", "cmd\\1", "notepad\\1"}},
+    {"run dialog", EXPLORER "RunMRU", {"regedit\\1", "notepad\\1"}},
     {"typed paths", EXPLORER "TypedPaths", {"C:\\users\\velvane\\Documents"}},
-    {"search words", EXPLORER "WordWheelQuery", {"doctor", "loan"}},
+    {"search words", EXPLORER "WordWheelQuery", {"doctor"}},
     {"recent files of Paint",
      "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Paint\\Recent File List",
      {"C:\\users\\velvane\\Pictures\\x-ray.png"}},
 };
 
+// An archiver, whose folder tells that it is installed.
+constexpr char kArchiver[] = "Software\\7-Zip";
+constexpr char kArchiverWindow[] = "Software\\7-Zip\\FM";
+constexpr char kArchiverFolder[] = "C:\\users\\velvane\\AppData\\Local\\Programs\\7-Zip";
+constexpr const char* kArchiverTraces[] = {"FolderHistory", "PanelPath0"};
+constexpr char kArchiverFavourites[] = "FolderShortcuts";
+
 constexpr char kUrlStart[] = "http://demonstration.invalid/";
 constexpr int kUrls = 3;
 
+bool SetText(const char* path, const char* name, const char* text) {
+    return ::RegSetKeyValueA(HKEY_CURRENT_USER, path, name, REG_SZ, text,
+                             static_cast<DWORD>(std::strlen(text) + 1)) == ERROR_SUCCESS;
+}
+
 // "a", "b" ... with the list's order, as Windows names them.
 bool MakeList(const RegistryList& list) {
-    HKEY key = nullptr;
-    if (::RegCreateKeyA(HKEY_CURRENT_USER, list.key, &key) != ERROR_SUCCESS) return false;
     std::string order;
     bool made = true;
-    const auto set = [&](const std::string& name, const char* text) {
-        const auto* bytes = reinterpret_cast<const BYTE*>(text);
-        made &= ::RegSetValueExA(key, name.c_str(), 0, REG_SZ, bytes,
-                                 static_cast<DWORD>(std::strlen(text) + 1)) == ERROR_SUCCESS;
-    };
     for (const char* value : list.values) {
         order += static_cast<char>('a' + order.size());
-        set(order.substr(order.size() - 1), value);
+        made &= SetText(list.key, order.substr(order.size() - 1).c_str(), value);
     }
-    set("MRUList", order.c_str());
-    ::RegCloseKey(key);
+    return made && SetText(list.key, "MRUList", order.c_str());
+}
+
+bool MakeArchiver() {
+    bool made = SetText(kArchiver, "Path", kArchiverFolder) &&
+                SetText(kArchiverWindow, kArchiverFavourites, "C:\\users\\velvane\\Documents");
+    for (const char* name : kArchiverTraces) {
+        made &= SetText(kArchiverWindow, name, "C:\\users\\velvane\\Documents\\Letters");
+    }
     return made;
 }
 
@@ -71,7 +85,7 @@ bool MakeUrlEntry(int number) {
 }
 
 int Make() {
-    bool made = true;
+    bool made = MakeArchiver();
     for (const RegistryList& list : kLists) made &= MakeList(list);
     for (int i = 1; i <= kUrls; ++i) made &= MakeUrlEntry(i);
     return made ? 0 : 1;
@@ -96,6 +110,11 @@ DWORD ValuesIn(const char* path) {
     return count;
 }
 
+bool ArchiverHas(const char* name) {
+    return ::RegGetValueA(HKEY_CURRENT_USER, kArchiverWindow, name, RRF_RT_ANY, nullptr, nullptr, nullptr) ==
+           ERROR_SUCCESS;
+}
+
 int CountUrls() {
     std::vector<char> buffer(65536);
     auto* entry = reinterpret_cast<INTERNET_CACHE_ENTRY_INFOA*>(buffer.data());
@@ -112,8 +131,15 @@ int CountUrls() {
 }
 
 int State() {
-    for (const RegistryList& list : kLists) std::printf("%s\t%lu\n", list.name, ValuesIn(list.key));
-    std::printf("entries of the URL cache\t%d\n", CountUrls());
+    const auto tell = [](const char* name, int count, const char* fate) {
+        std::printf("%s\t%d\t%s\n", name, count, fate);
+    };
+    for (const RegistryList& list : kLists) tell(list.name, static_cast<int>(ValuesIn(list.key)), "goes");
+    int folders = 0;
+    for (const char* name : kArchiverTraces) folders += ArchiverHas(name);
+    tell("folders that 7-Zip showed", folders, "goes");
+    tell("favourites of 7-Zip", ArchiverHas(kArchiverFavourites), "stays");
+    tell("entries of the URL cache", CountUrls(), "goes");
     return 0;
 }
 
