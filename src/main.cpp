@@ -21,6 +21,7 @@
 #include "system/registry.h"
 #include "system/system_facts.h"
 #include "ui/screens/main_dlg.h"
+#include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
 #include "ui/window/app_module.h"
 #include "ui/window/message_loop.h"
@@ -80,6 +81,7 @@ int RunSession(HINSTANCE instance, const std::string& line) {
     // already. They stay to the end of the process.
     LoadSystemLibrary("windowscodecs.dll");
     g_Theme.Start();  // and GDI+ with it
+    auto pictures = std::make_unique<CPicturesAhead>(CMainDlg::StartPictures());
     auto loop = std::make_unique<CMessageLoop>();
     AppModule().AddMessageLoop(loop.get());
     InitRegRedirectionTable();
@@ -92,6 +94,7 @@ int RunSession(HINSTANCE instance, const std::string& line) {
     FreeRegRedirectionTable();
     window.reset();
     loop.reset();
+    pictures.reset();
     g_Theme.Stop();
     if (richEdit != nullptr) ::FreeLibrary(richEdit);
     AppModule().Term();

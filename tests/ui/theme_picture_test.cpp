@@ -11,6 +11,7 @@
 #include "system/handles.h"
 #include "ui/painted.h"
 #include "ui/theme/image_tooltip.h"
+#include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
 
 // Pictures of other people's making, and the tips that show them.
@@ -60,6 +61,25 @@ class Pictures : public ::testing::Test {
 
     TestFolder m_folder;
 };
+
+TEST_F(Pictures, DecodedAheadAreTheSameAndAreGivenOnce) {
+    std::vector<std::string> paths;
+    for (int width = 1; width <= 12; ++width)
+        paths.push_back(Save((std::to_string(width) + ".png").c_str(), width * 20, 300, kPng));
+    paths.push_back(m_folder.At("missing.png"));
+    {
+        const CPicturesAhead ahead(paths);
+        // From the end, so that some are asked for before, while and after the thread has them.
+        for (std::size_t place = paths.size() - 1; place-- > 0;) {
+            const int width = static_cast<int>(place + 1) * 20;
+            EXPECT_EQ(PictureExtent(LoadThemeImage(paths[place]).get()).cx, width);
+            EXPECT_EQ(PictureExtent(LoadThemeImage(paths[place]).get()).cx, width) << "again";
+        }
+        EXPECT_EQ(LoadThemeImage(paths.back()), nullptr);
+    }
+    EXPECT_NE(LoadThemeImage(paths[0]), nullptr) << "and without it";
+    const CPicturesAhead untaken(paths);
+}
 
 TEST_F(Pictures, AreKnownByTheirBytesAndNotByTheirNames) {
     for (const BYTE encoder : {kBmp, kJpeg, kPng}) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/message_box.h"
@@ -24,15 +25,44 @@ HWND CDlgSchedule::Create(HWND parent, ICommonInterface* common) {
 }
 
 LRESULT CDlgSchedule::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&) {
-    // Whatever comes of it: without a job every operation fails, and the list says that there is no trigger.
-    EnsureOwnScanTask(m_scheduler);
     m_list.SubclassWindow(GetDlgItem(IDC_SCHEDULE_LIST));
     m_btnAdd.Attach(GetDlgItem(IDC_SCHEDULE_ADD), kButtonRadius);
     m_btnEdit.Attach(GetDlgItem(IDC_SCHEDULE_EDIT), kButtonRadius);
     m_btnDelete.Attach(GetDlgItem(IDC_SCHEDULE_DELETE), kButtonRadius);
-    RefreshList(-1);
+    UpdateButtons();
     DlgResize_Init(false, true, WS_CLIPCHILDREN);
+    // The page is made hidden, and the scheduler takes longer than all the rest of it: it comes when nothing is
+    // left to be painted, which is what a timer waits for.
+    SetTimer(kStart, USER_TIMER_MINIMUM);
     return TRUE;
+}
+
+void CDlgSchedule::EnsureStarted() {
+    if (m_started) return;
+    m_started = true;
+    KillTimer(kStart);
+    // Whatever comes of it: without a job every operation fails, and the list says that there is no trigger.
+    EnsureOwnScanTask(m_scheduler);
+    RefreshList(-1);
+}
+
+LRESULT CDlgSchedule::OnStartTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
+    handled = wParam == kStart;
+    if (handled) EnsureStarted();
+    return 0;
+}
+
+LRESULT CDlgSchedule::OnShowWindow(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
+    handled = FALSE;
+    if (wParam != FALSE) EnsureStarted();
+    return 0;
+}
+
+// A session leaves the job behind, however short it was.
+LRESULT CDlgSchedule::OnDestroy(UINT, WPARAM, LPARAM, BOOL& handled) {
+    handled = FALSE;
+    if (!std::exchange(m_started, true)) EnsureOwnScanTask(m_scheduler);
+    return 0;
 }
 
 // --- the list
@@ -94,6 +124,7 @@ LRESULT CDlgSchedule::OnEraseList(UINT, WPARAM, LPARAM, BOOL& handled) {
 // --------------------------------------------------------------------------------------
 
 LRESULT CDlgSchedule::OnAdd(WORD, WORD, HWND, BOOL&) {
+    EnsureStarted();
     if (m_scheduler.GetTriggerCount({}) >= kMostTriggers) {
         AppMessageBox(m_hWnd, IDS_SCHEDULE_FULL, MB_OK | MB_ICONINFORMATION);
         return 0;
@@ -111,6 +142,7 @@ LRESULT CDlgSchedule::OnAdd(WORD, WORD, HWND, BOOL&) {
 }
 
 LRESULT CDlgSchedule::OnEdit(WORD, WORD, HWND, BOOL&) {
+    EnsureStarted();
     m_listErased = false;
     const int index = m_list.GetCurSel();
     if (index < 0) return 0;
@@ -126,6 +158,7 @@ LRESULT CDlgSchedule::OnEdit(WORD, WORD, HWND, BOOL&) {
 }
 
 LRESULT CDlgSchedule::OnDelete(WORD, WORD, HWND, BOOL&) {
+    EnsureStarted();
     const int index = m_list.GetCurSel();
     if (index < 0) return 0;
     const int selected = SelectionAfterDelete(index, m_list.GetCount());

@@ -27,6 +27,9 @@ class CDlgSchedule : public CDialogImpl<CDlgSchedule>,
 
     BEGIN_MSG_MAP(CDlgSchedule)
         MESSAGE_HANDLER(WM_INITDIALOG, OnInitDialog)
+        MESSAGE_HANDLER(WM_TIMER, OnStartTimer)
+        MESSAGE_HANDLER(WM_SHOWWINDOW, OnShowWindow)
+        MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
         COMMAND_HANDLER(IDC_SCHEDULE_LIST, LBN_SELCHANGE, OnSelectionChange)
         COMMAND_HANDLER(IDC_SCHEDULE_ADD, BN_CLICKED, OnAdd)
         COMMAND_HANDLER(IDC_SCHEDULE_EDIT, BN_CLICKED, OnEdit)
@@ -48,14 +51,21 @@ class CDlgSchedule : public CDialogImpl<CDlgSchedule>,
 
   private:
     static constexpr DWORD kListMap = 1;
+    static constexpr UINT_PTR kStart = 1;  // a timer
 
     LRESULT OnInitDialog(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnStartTimer(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnShowWindow(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnDestroy(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnSelectionChange(WORD code, WORD id, HWND control, BOOL& handled);
     LRESULT OnAdd(WORD code, WORD id, HWND control, BOOL& handled);
     LRESULT OnEdit(WORD code, WORD id, HWND control, BOOL& handled);
     LRESULT OnDelete(WORD code, WORD id, HWND control, BOOL& handled);
     LRESULT OnEraseList(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
 
+    // Makes sure of the job and lists its triggers, once: shortly after the page was made, and in any case
+    // before it is shown, used or destroyed.
+    void EnsureStarted();
     // Reads the triggers anew and selects the line `selected`, none if there is no such line.
     void RefreshList(int selected);
     // Lets the list scroll sideways as far as its longest line.
@@ -68,6 +78,7 @@ class CDlgSchedule : public CDialogImpl<CDlgSchedule>,
     CGlassButton m_btnEdit;
     CGlassButton m_btnDelete;
     CContainedWindowT<CListBox> m_list{this, kListMap};
+    bool m_started = false;      // the job has been seen to
     bool m_listErased = false;   // the list has swallowed its one erase
     bool m_hasTriggers = false;  // its lines are triggers, not the line that there is none
 };

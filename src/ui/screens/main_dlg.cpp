@@ -1,5 +1,6 @@
 #include "ui/screens/main_dlg.h"
 
+#include <iterator>
 #include <utility>
 
 #include "app/config_keys.h"
@@ -9,6 +10,11 @@
 #include "app/update_library.h"
 
 namespace {
+
+// In the order of the column.
+constexpr const char* kPageImages[] = {"Images\\nav-scan-lg.png", "Images\\nav-settings-lg.png",
+                                       "Images\\nav-schedule-lg.png", "Images\\nav-shred-lg.png",
+                                       "Images\\nav-about-lg.png"};
 
 // How a key's message says that the key is held.
 constexpr short kKeyDown = static_cast<short>(0x8000);
@@ -30,6 +36,14 @@ HICON LoadProgramIcon(int widthMetric, int heightMetric) {
 CMainDlg::CMainDlg()
     : m_configuration(AppModule().GetModuleInstance(), kCompanyName, ResourceText(IDS_PRODUCT_FOLDER),
                       kProductId) {}
+
+std::vector<std::string> CMainDlg::StartPictures() {
+    // The large one first, which the first paint needs; the rest as they come up.
+    std::vector<std::string> paths = {"images/bg.png", "images\\arrow.png", "images/Intro.png"};
+    paths.insert(paths.end(), std::begin(kPageImages), std::end(kPageImages));
+    paths.emplace_back("images/search0001.png");
+    return paths;
+}
 
 LRESULT CMainDlg::OnInitDialog(UINT, WPARAM, LPARAM, BOOL& handled) {
     if (CMessageLoop* const loop = AppModule().GetMessageLoop()) loop->AddMessageFilter(this);
@@ -57,11 +71,11 @@ void CMainDlg::CreateScreens() {
     m_about.Create(m_hWnd, this);
     m_shredder.Create(m_hWnd, this);
     m_schedule.Create(m_hWnd, this);
-    AddPage(IDS_PAGE_SCAN, "Images\\nav-scan-lg.png", m_scan, IDD_SCAN);
-    AddPage(IDS_PAGE_SETTINGS, "Images\\nav-settings-lg.png", m_settings, IDD_SETTINGS);
-    AddPage(IDS_PAGE_SCHEDULE, "Images\\nav-schedule-lg.png", m_schedule, IDD_SCHEDULE);
-    AddPage(IDS_PAGE_SHREDDER, "Images\\nav-shred-lg.png", m_shredder, IDD_SHREDDER);
-    AddPage(IDS_PAGE_ABOUT, "Images\\nav-about-lg.png", m_about, IDD_ABOUT);
+    AddPage(IDS_PAGE_SCAN, kPageImages[0], m_scan, IDD_SCAN);
+    AddPage(IDS_PAGE_SETTINGS, kPageImages[1], m_settings, IDD_SETTINGS);
+    AddPage(IDS_PAGE_SCHEDULE, kPageImages[2], m_schedule, IDD_SCHEDULE);
+    AddPage(IDS_PAGE_SHREDDER, kPageImages[3], m_shredder, IDD_SHREDDER);
+    AddPage(IDS_PAGE_ABOUT, kPageImages[4], m_about, IDD_ABOUT);
     SelectPage(0, -1);
 }
 

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/clean_configuration.h"
 #include "engine/cleaning_engine.h"
@@ -31,6 +32,10 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
     enum { IDD = IDD_MAIN };
 
     CMainDlg();
+
+    // The pictures that its start shows, but for those that its constructor needs at once; for a
+    // CPicturesAhead.
+    static std::vector<std::string> StartPictures();
 
     // A scan begins by itself once the definitions are listed for the first time. Called after Create, whose
     // WM_INITDIALOG clears it.

@@ -44,6 +44,7 @@ RECT SquareIn(const RECT& area, int indent, int size) {
 // Kept as a bitmap of the screen's own: decoding takes longer than a repaint may, and so does converting. No
 // more of it than all monitors together show, and the frame of a zoomed window around them.
 void CNavFrame::LoadBackground() {
+    m_backgroundLoaded = true;
     m_background.reset();
     m_backgroundRest.reset();
     const ThemeImage image = LoadThemeImage("images/bg.png");
@@ -72,6 +73,7 @@ LRESULT CNavFrame::OnNavPaint(UINT, WPARAM, LPARAM, BOOL&) {
     const CPaintDC paint(NavWindow());
     const RECT& dirty = paint.m_ps.rcPaint;
     if (::IsRectEmpty(&dirty)) return 0;
+    if (!m_backgroundLoaded) LoadBackground();
     const CMemoryDC memory(paint, dirty);
     Paint(memory, dirty);
     return 0;

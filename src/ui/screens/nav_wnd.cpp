@@ -39,7 +39,6 @@ CNavFrame::CNavFrame() : m_metrics(NavMetricsAt(g_Theme.scale)), m_systemMajor(S
 }
 
 void CNavFrame::LoadPictures() {
-    LoadBackground();
     m_titleImage = LoadThemeImage("images/AppTitle.png");
     // The title's picture has the sign in it; alone it stands in for a title that is missing.
     if (!m_titleImage) m_titleImage = LoadThemeImage("images/Logo.png");
@@ -263,7 +262,7 @@ LRESULT CNavFrame::OnNavSetCursor(UINT, WPARAM, LPARAM lParam, BOOL& handled) {
 }
 
 LRESULT CNavFrame::OnNavDisplayChange(UINT, WPARAM, LPARAM, BOOL& handled) {
-    LoadBackground();
+    m_backgroundLoaded = false;
     NavWindow().Invalidate();
     handled = FALSE;
     return 0;

@@ -95,6 +95,7 @@ class CNavFrame {
     void SetHot(const Hot& hot, DWORD track);
 
     // nav_paint.cpp
+    // Once, before the first paint; again after a change of the display.
     void LoadBackground();
     void Paint(HDC dc, const RECT& dirty) const;
     void PaintBackground(HDC dc, const RECT& dirty) const;
@@ -120,6 +121,7 @@ class CNavFrame {
     SIZE m_minimumTrack = {};
     DWORD m_systemMajor = 0;  // of the version of Windows
 
+    bool m_backgroundLoaded = false;
     UniqueBitmap m_background;  // as much of the picture as any screen shows
     SIZE m_backgroundSize = {};
     UniqueBrush m_backgroundRest;  // what the picture ends in

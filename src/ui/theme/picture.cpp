@@ -9,6 +9,7 @@
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/system_facts.h"
+#include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
 
 namespace {
@@ -124,6 +125,11 @@ ThemeImage DecodePicture(std::span<const std::uint8_t> file) {
 }
 
 ThemeImage LoadThemeImage(const std::string& path) {
+    std::optional<ThemeImage> ahead = CPicturesAhead::Take(path);
+    return ahead ? std::move(*ahead) : ReadThemeImage(path);
+}
+
+ThemeImage ReadThemeImage(const std::string& path) {
     if (path.empty()) return nullptr;
     const std::string whole = IsRelative(path) ? ProgramFolder() + path : path;
     const auto bytes = ReadWholeFile(whole.c_str(), kThemeImageBytes);

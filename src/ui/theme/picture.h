@@ -19,8 +19,12 @@ using ThemeImage = std::unique_ptr<Gdiplus::Bitmap>;
 constexpr std::uint64_t kMaxPicturePixels = 64'000'000;
 ThemeImage DecodePicture(std::span<const std::uint8_t> file);
 
-// A picture of the program. A relative path ("images/Logo.png") is one from the program's folder.
+// A picture of the program. A relative path ("images/Logo.png") is one from the program's folder. One that
+// was decoded ahead is taken (pictures_ahead.h).
 ThemeImage LoadThemeImage(const std::string& path);
+
+// The same from the file in any case; of any thread, as DecodePicture is.
+ThemeImage ReadThemeImage(const std::string& path);
 
 // In pixels; 0 by 0 for null.
 SIZE PictureExtent(Gdiplus::Bitmap* image);
