@@ -94,11 +94,10 @@ LRESULT CDlgSettings::OnEngineNode(UINT, WPARAM, LPARAM lParam, BOOL&) {
     insertion.data =
         NewNodeData(info.level, info.handle, info.name, info.help, static_cast<Gdiplus::Bitmap*>(info.image));
     if (insertion.data == nullptr) return 0;
-    const LRESULT item = m_tree.Send(WM_TREE_INSERT, reinterpret_cast<WPARAM>(&insertion));
+    CScanTree::Node* const node = m_tree.Insert(insertion);
     // Where a node could not be added, what belongs below it is left out as well.
-    if (info.level <= std::size(m_lastNodes))
-        m_lastNodes[info.level - 1] = reinterpret_cast<CScanTree::Node*>(item);
-    return item;
+    if (info.level <= std::size(m_lastNodes)) m_lastNodes[info.level - 1] = node;
+    return reinterpret_cast<LRESULT>(node);
 }
 
 LRESULT CDlgSettings::OnListed(UINT, WPARAM wParam, LPARAM, BOOL&) {
