@@ -74,6 +74,22 @@ double Median(std::vector<double> values) {
     return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
+double RatioOf(const Rounds& rounds) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < rounds.engine.size(); ++i) {
+        ratios.push_back(2 * rounds.engine[i] / (rounds.bare[i] + rounds.bareAgain[i]));
+    }
+    return Median(ratios);
+}
+
+double BareRatioOf(const Rounds& rounds) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < rounds.bare.size(); ++i) {
+        ratios.push_back(rounds.bareAgain[i] / rounds.bare[i]);
+    }
+    return Median(ratios);
+}
+
 Report::Report() {
     std::printf(kLine, "", "bare", "engine", "", "", "bare/", "by the shortest", "", "");
     std::printf(kLine, "", "ms", "ms", "ratio", "limit", "bare", "ratio", "b/b", "");
@@ -81,19 +97,14 @@ Report::Report() {
 }
 
 void Report::Add(const std::string& what, const Rounds& rounds, double limit) {
-    std::vector<double> ratios;
-    std::vector<double> same;
-    for (std::size_t i = 0; i < rounds.engine.size(); ++i) {
-        ratios.push_back(2 * rounds.engine[i] / (rounds.bare[i] + rounds.bareAgain[i]));
-        same.push_back(rounds.bareAgain[i] / rounds.bare[i]);
-    }
-    const double ratio = Median(ratios);
+    const double ratio = RatioOf(rounds);
     const double bare = Shortest(rounds.bare);
     const double again = Shortest(rounds.bareAgain);
     std::printf(kLine, what.c_str(), Milliseconds(Median(rounds.bare)).c_str(),
                 Milliseconds(Median(rounds.engine)).c_str(), Ratio(ratio).c_str(), LimitText(limit).c_str(),
-                Ratio(Median(same)).c_str(), Ratio(Shortest(rounds.engine) / std::min(bare, again)).c_str(),
-                Ratio(again / bare).c_str(), Verdict(ratio, limit));
+                Ratio(BareRatioOf(rounds)).c_str(),
+                Ratio(Shortest(rounds.engine) / std::min(bare, again)).c_str(), Ratio(again / bare).c_str(),
+                Verdict(ratio, limit));
     std::fflush(stdout);
     m_allHold = m_allHold && (limit == kNoLimit || ratio <= limit);
 }

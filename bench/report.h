@@ -23,6 +23,11 @@ Rounds TakeTurns(int rounds, const std::function<double()>& bare, const std::fun
 
 double Median(std::vector<double> values);
 
+// Medians over the rounds: the engine against the bare loop before and after it, and the bare loop against
+// itself.
+double RatioOf(const Rounds& rounds);
+double BareRatioOf(const Rounds& rounds);
+
 // A figure without a limit: for the reader, not for the verdict.
 inline constexpr double kNoLimit = 0;
 

@@ -4,17 +4,13 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <memory>
-#include <string>
-#include <string_view>
 #include <vector>
 
-#include "app/resources.h"
 #include "report.h"
-#include "ui/theme/theme.h"
 #include "ui/tree/scan_tree.h"
+#include "ui_benches.h"
 
 // What the tree of the results costs, with as many rows as a large scan finds. It makes all of its rows
 // itself and needs no fixture.
@@ -124,31 +120,6 @@ std::size_t PrivateBytes() {
     ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
     return counters.PagefileUsage;
 }
-
-// The table of the run.
-class Table {
-  public:
-    Table() { std::printf("%-48s %12s %12s\n", "", "measured", "limit"); }
-
-    // `format` writes the value with its unit; a limit of 0 is none.
-    void Add(const char* what, const char* format, double value, double limit = kNoLimit) {
-        const bool holds = limit == kNoLimit || value <= limit;
-        std::printf("%-48s %12s %12s  %s\n", what, Text(format, value).c_str(),
-                    limit == kNoLimit ? "" : Text(format, limit).c_str(), holds ? "" : "MISSED");
-        std::fflush(stdout);
-        m_allHold = m_allHold && holds;
-    }
-    bool AllHold() const { return m_allHold; }
-
-  private:
-    static std::string Text(const char* format, double value) {
-        char text[80];
-        std::snprintf(text, sizeof text, format, value);
-        return text;
-    }
-
-    bool m_allHold = true;
-};
 
 double Timed(const std::function<void()>& work) {
     const double start = Now();
@@ -279,14 +250,6 @@ void Measure(Table& table, int rounds) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    const int rounds = argc > 1 ? std::atoi(argv[1]) : 3;
-    if (rounds < 1) {
-        std::fputs("velvane-ui-bench [ROUNDS]\n", stderr);
-        return 2;
-    }
-    Require(g_Theme.Start() && LoadResources(), "GDI+ and the texts");
-    Table table;
+void BenchTree(int rounds, Table& table) {
     Measure(table, rounds);
-    return table.AllHold() ? 0 : 1;
 }

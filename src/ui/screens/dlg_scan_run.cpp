@@ -60,9 +60,7 @@ LRESULT CDlgScan::OnEngineNode(UINT, WPARAM, LPARAM lParam, BOOL&) {
         m_lastNode[info.level - 1] = nullptr;  // what belongs below it is left out as well
         return 0;
     }
-    CScanTree::Insertion insertion = {ParentFor(info.level), info.expanded, 1, info.checked, data};
-    Node* const node =
-        reinterpret_cast<Node*>(m_tree.Send(WM_TREE_INSERT, reinterpret_cast<WPARAM>(&insertion), 1));
+    Node* const node = m_tree.Insert({ParentFor(info.level), info.expanded, 1, info.checked, data}, true);
     m_lastNode[info.level - 1] = node;
     if (info.level == ROW_RESULT && info.filePath != nullptr) m_previewQueue.Offer(info.filePath);
     return reinterpret_cast<LRESULT>(node);

@@ -31,8 +31,8 @@ LRESULT CDlgSchedule::OnInitDialog(UINT, WPARAM, LPARAM, BOOL&) {
     m_btnDelete.Attach(GetDlgItem(IDC_SCHEDULE_DELETE), kButtonRadius);
     UpdateButtons();
     DlgResize_Init(false, true, WS_CLIPCHILDREN);
-    // The page is made hidden, and the scheduler takes longer than all the rest of it: it comes when nothing is
-    // left to be painted, which is what a timer waits for.
+    // The page is made hidden, and the scheduler takes longer than all the rest of it: it comes when nothing
+    // is left to be painted, which is what a timer waits for.
     SetTimer(kStart, USER_TIMER_MINIMUM);
     return TRUE;
 }

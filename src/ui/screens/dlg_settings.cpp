@@ -93,12 +93,10 @@ LRESULT CDlgSettings::OnEngineNode(UINT, WPARAM, LPARAM lParam, BOOL&) {
     // All pictures of the engine are bitmaps.
     insertion.data =
         NewNodeData(info.level, info.handle, info.name, info.help, static_cast<Gdiplus::Bitmap*>(info.image));
-    const LRESULT item =
-        insertion.data != nullptr ? m_tree.Send(WM_TREE_INSERT, reinterpret_cast<WPARAM>(&insertion)) : 0;
+    CScanTree::Node* const node = insertion.data != nullptr ? m_tree.Insert(insertion) : nullptr;
     // Where a node could not be added, what belongs below it is left out as well.
-    if (info.level <= std::size(m_lastNodes))
-        m_lastNodes[info.level - 1] = reinterpret_cast<CScanTree::Node*>(item);
-    return item;
+    if (info.level <= std::size(m_lastNodes)) m_lastNodes[info.level - 1] = node;
+    return reinterpret_cast<LRESULT>(node);
 }
 
 LRESULT CDlgSettings::OnListed(UINT, WPARAM wParam, LPARAM, BOOL&) {

@@ -76,6 +76,9 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     Node* GetSelected() const { return m_selected; }
     // Null when no node has this handle. Of several the one that stands before the others.
     Node* FindNode(HSCANITEM handle);
+    // What WM_TREE_INSERT does, for who adds very many: the message would pass the subclass of the tips,
+    // which asks the system for a property each time and costs a hundred times the insertion under Wine.
+    Node* Insert(const Insertion& insertion, bool follow = false);
     void DeleteAll();
     // Repaints unless the parent is closed.
     void SetNodeEnabled(Node* node, bool enabled);

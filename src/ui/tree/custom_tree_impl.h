@@ -41,14 +41,17 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnSize(UINT, WPARAM, LPARAM, BOOL&) {
 
 CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnTreeInsert(UINT, WPARAM wParam, LPARAM lParam, BOOL&) {
     const auto* const insertion = reinterpret_cast<const Insertion*>(wParam);
-    if (insertion == nullptr) return 0;
-    std::unique_ptr<TData> data(insertion->data);
-    Node* const parent = insertion->parent;
+    return insertion != nullptr ? reinterpret_cast<LRESULT>(Insert(*insertion, lParam == 1)) : 0;
+}
+
+CUSTOM_TREE auto CUSTOM_TREE_CLASS::Insert(const Insertion& insertion, bool follow) -> Node* {
+    std::unique_ptr<TData> data(insertion.data);
+    Node* const parent = insertion.parent;
     Node* const node = parent != nullptr ? m_tree.New() : nullptr;
-    if (node == nullptr) return 0;
-    node->expanded = insertion->expanded != 0;
-    node->enabled = insertion->enabled != 0;
-    node->checked = insertion->checked != 0;
+    if (node == nullptr) return nullptr;
+    node->expanded = insertion.expanded != 0;
+    node->enabled = insertion.enabled != 0;
+    node->checked = insertion.checked != 0;
     node->data = data.release();
     node->height = static_cast<std::uint16_t>(GetItemHeight(node));
     AppendRow(*parent, *node);
@@ -56,11 +59,11 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnTreeInsert(UINT, WPARAM wParam, LPARAM 
 
     if (IsShown(*node)) {
         // Beyond the end: the scroll bar brings it back to the last row.
-        if (lParam == 1 && m_contentHeight > m_clientHeight) m_scrollPos = m_contentHeight;
+        if (follow && m_contentHeight > m_clientHeight) m_scrollPos = m_contentHeight;
         UpdateScrollBar(true);
     }
     OnItemAdded(node, parent);
-    return reinterpret_cast<LRESULT>(node);
+    return node;
 }
 
 CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnTreeDelete(UINT, WPARAM wParam, LPARAM lParam, BOOL&) {
