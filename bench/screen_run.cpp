@@ -113,7 +113,7 @@ void ScreenRun::Run() {
     m_begin = Now();
     Command(IDC_SCAN_START);
     m_loop.Run();
-    m_window->WaitForWorker();
+    m_window->EndWorker();
     Require(m_paints > 1, "a screen that paints itself");
 }
 
