@@ -1,5 +1,5 @@
 #!/bin/bash
-# Shows what velvane-cli does: makes the machine ready, builds, makes a throw-away Windows environment with a profile
+# Shows what Velvane does: makes the machine ready, builds, makes a throw-away Windows environment with a profile
 # that somebody has lived in, and has its traces found and removed. Ends with a look at what must not be harmed; the
 # exit status is 0 only if all of that is whole and every trace went that should have.
 # usage: run.sh            everything
@@ -35,7 +35,7 @@ if [[ ${1:-} != --built ]]; then
     scripts/setup.sh
     note "building (the first time takes a minute or two; see build/demonstration.log)"
     mkdir -p build
-    { cmake --preset x64 && cmake --build --preset x64 --target velvane-cli demonstration; } \
+    { cmake --preset x64 && cmake --build --preset x64 --target velvane velvane-cli demonstration demonstration-session; } \
         >build/demonstration.log 2>&1 || { tail -n 30 build/demonstration.log >&2; die "the build failed"; }
 fi
 
@@ -86,3 +86,8 @@ print_fates | indent
 
 title "8. Is everything that is no trace still as it was?"
 check_profile | indent
+
+# --- 9 ----------------------------------------------------------------------------------------------------------
+
+title "9. The same in the program's window, in another such Windows"
+scripts/screens.sh out/screens | indent
