@@ -61,8 +61,8 @@ class Session : public ::testing::Test {
             ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
     }
 
-    void Start(const std::string& line = "") {
-        m_run = std::make_unique<ProgramRun>(BuiltProgram(), line);
+    void Start(const std::string& line = "", const std::string& program = BuiltProgram()) {
+        m_run = std::make_unique<ProgramRun>(program, line);
         hand = std::make_unique<UserHand>(*m_run);
     }
     // Closes the window and gives the exit code; waits for nothing else.
@@ -198,6 +198,31 @@ TEST_F(Session, StopsInTheMiddleOfAScanAndGoesOnWithWhatWasFound) {
     ASSERT_TRUE(hand->Press(kNewScan));
     EXPECT_NE(hand->Control(kStart), nullptr);
     EXPECT_EQ(FilesLeft(), 20);
+    EXPECT_EQ(Close(), 1u);
+}
+
+TEST_F(Session, StopsInTheMiddleOfACleanAndKeepsTheRest) {
+    MakeMany();
+    Start();
+    ASSERT_TRUE(hand->Press(kStart));
+    ASSERT_TRUE(hand->Press(kClean));
+    ASSERT_TRUE(hand->Answer(IDYES));
+    ASSERT_TRUE(hand->Press(kStop));
+    ASSERT_NE(hand->Control(kFinish), nullptr);
+    EXPECT_TRUE(ValueIsThere()) << "the last in the order";
+    EXPECT_EQ(FileContent(folder.At("kept\\document.txt")), "mine");
+    EXPECT_EQ(Close(), 1u);
+}
+
+TEST_F(Session, WorksWithoutItsPictures) {
+    for (const char* file : {"velvane.exe", "resources.dll"})
+        ASSERT_TRUE(::CopyFileA((ProgramFolder() + file).c_str(), folder.At(file).c_str(), TRUE));
+    Start("", folder.At("velvane.exe"));
+    ASSERT_TRUE(hand->Press(kStart));
+    ASSERT_TRUE(hand->Press(kClean));
+    ASSERT_TRUE(hand->Answer(IDYES));
+    ASSERT_NE(hand->Control(kFinish), nullptr);
+    EXPECT_EQ(FilesLeft(), 0);
     EXPECT_EQ(Close(), 1u);
 }
 
