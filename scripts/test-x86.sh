@@ -59,6 +59,7 @@ hand_over() {
     for file in "$1"/*.{exe,dll,db,dat}; do
         if [[ -f $file ]]; then cp -p -- "$file" "$bin/"; fi
     done
+    if [[ -d $1/images ]]; then cp -R -- "$1/images" "$bin/"; fi
 }
 
 # A program has passed when it says so: its exit status arrives without all but its low 8 bits.
