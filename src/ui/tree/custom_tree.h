@@ -15,7 +15,8 @@
 #include "ui/window/window_impl.h"
 
 // wParam a CCustomTree::Insertion, of which the tree takes the data whatever comes of it; lParam 1 asks the
-// tree to follow its end. The new node; null when there is no parent or no memory.
+// tree to follow its end. The new node; null when there is no parent or no memory
+// for it; a want of memory behind that ends the program.
 inline constexpr UINT WM_TREE_INSERT = WM_USER + 0x202;
 // wParam the node, which goes with all that is below it. lParam 0 leaves the scroll bar to the next paint:
 // for who takes away many.
