@@ -27,7 +27,7 @@ struct Failure {
     std::string what;
 };
 
-void Require(bool holds, const char* what) {
+void Require(bool holds, const std::string& what) {
     if (!holds) throw Failure{what};
 }
 
@@ -72,7 +72,8 @@ class Demonstration {
     // What is on the screen once it has been painted.
     void Picture(const std::string& name) {
         ::Sleep(600);
-        Require(m_hand.SavePicture(name + ".png"), "a picture cannot be saved");
+        // On a busy machine the first try has failed at times.
+        Require(Await([&] { return m_hand.SavePicture(name + ".png"); }), "no picture of " + name);
     }
 
     // Down the tree by the keyboard: category, application, entity, result.
