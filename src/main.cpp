@@ -68,8 +68,10 @@ int RunWindow(CMainDlg& window, CMessageLoop& loop, const std::string& line) {
     return loop.Run();
 }
 
-// Starts what a session needs, in this order, and stops it in the order at the end.
+// Starts what a session needs, in this order, and stops it in the order at the end. The pictures of the first
+// sight are decoded meanwhile.
 int RunSession(HINSTANCE instance, const std::string& line) {
+    auto pictures = std::make_unique<CPicturesAhead>(CMainDlg::StartPictures());
     // None of these is asked for its result: what is missing shows where it is used.
     ::CoInitialize(nullptr);
     ::DefWindowProcA(nullptr, 0, 0, 0);
@@ -77,11 +79,7 @@ int RunSession(HINSTANCE instance, const std::string& line) {
     ::InitCommonControlsEx(&controls);
     AppModule().Init(instance);
     const HMODULE richEdit = LoadSystemLibrary("RICHED20.DLL");
-    // For the theme's pictures: GDI+ loads the decoders by their bare name, and gets the ones that are loaded
-    // already. They stay to the end of the process.
-    LoadSystemLibrary("windowscodecs.dll");
     g_Theme.Start();  // and GDI+ with it
-    auto pictures = std::make_unique<CPicturesAhead>(CMainDlg::StartPictures());
     auto loop = std::make_unique<CMessageLoop>();
     AppModule().AddMessageLoop(loop.get());
     InitRegRedirectionTable();

@@ -16,6 +16,9 @@ constexpr const char* kPageImages[] = {"Images\\nav-scan-lg.png", "Images\\nav-s
                                        "Images\\nav-schedule-lg.png", "Images\\nav-shred-lg.png",
                                        "Images\\nav-about-lg.png"};
 
+// Their places in it.
+enum Page { kScanPage, kSettingsPage, kSchedulePage, kShredderPage, kAboutPage };
+
 // How a key's message says that the key is held.
 constexpr short kKeyDown = static_cast<short>(0x8000);
 
@@ -38,8 +41,9 @@ CMainDlg::CMainDlg()
                       kProductId) {}
 
 std::vector<std::string> CMainDlg::StartPictures() {
-    // The large one first, which the first paint needs; the rest as they come up.
-    std::vector<std::string> paths = {"images/bg.png", "images\\arrow.png", "images/Intro.png"};
+    std::vector<std::string> paths = CaptionPictures();
+    // The large one next, which the first paint needs; the rest as they come up.
+    paths.insert(paths.end(), {"images/bg.png", "images\\arrow.png", "images/Intro.png"});
     paths.insert(paths.end(), std::begin(kPageImages), std::end(kPageImages));
     paths.emplace_back("images/search0001.png");
     return paths;
@@ -65,27 +69,40 @@ LRESULT CMainDlg::OnInitDialog(UINT, WPARAM, LPARAM, BOOL& handled) {
     return TRUE;
 }
 
+// The page that is on show, and the entries. The user sees the window sooner if the other pages, which nobody
+// can select before the definitions are listed, are made when nothing is left to be painted: what a timer
+// waits for.
 void CMainDlg::CreateScreens() {
-    m_scan.Create(m_hWnd, this);
-    m_settings.Create(m_hWnd, this);
-    m_about.Create(m_hWnd, this);
-    m_shredder.Create(m_hWnd, this);
-    m_schedule.Create(m_hWnd, this);
-    AddPage(IDS_PAGE_SCAN, kPageImages[0], m_scan, IDD_SCAN);
-    AddPage(IDS_PAGE_SETTINGS, kPageImages[1], m_settings, IDD_SETTINGS);
-    AddPage(IDS_PAGE_SCHEDULE, kPageImages[2], m_schedule, IDD_SCHEDULE);
-    AddPage(IDS_PAGE_SHREDDER, kPageImages[3], m_shredder, IDD_SHREDDER);
-    AddPage(IDS_PAGE_ABOUT, kPageImages[4], m_about, IDD_ABOUT);
-    SelectPage(0, -1);
+    AddPage(IDS_PAGE_SCAN, kPageImages[kScanPage], IDD_SCAN);
+    AddPage(IDS_PAGE_SETTINGS, kPageImages[kSettingsPage], IDD_SETTINGS);
+    AddPage(IDS_PAGE_SCHEDULE, kPageImages[kSchedulePage], IDD_SCHEDULE);
+    AddPage(IDS_PAGE_SHREDDER, kPageImages[kShredderPage], IDD_SHREDDER);
+    AddPage(IDS_PAGE_ABOUT, kPageImages[kAboutPage], IDD_ABOUT);
+    SetEntryWindow(kScanPage, m_scan.Create(m_hWnd, this));
+    SelectPage(kScanPage, -1);
+    m_screensMade = false;
+    SetTimer(kMakeScreens, USER_TIMER_MINIMUM);
 }
 
-void CMainDlg::AddPage(UINT titleId, const char* image, HWND window, int page) {
+void CMainDlg::MakeOtherScreens() {
+    if (std::exchange(m_screensMade, true)) return;
+    KillTimer(kMakeScreens);
+    SetEntryWindow(kSettingsPage, m_settings.Create(m_hWnd, this));
+    SetEntryWindow(kAboutPage, m_about.Create(m_hWnd, this));
+    SetEntryWindow(kShredderPage, m_shredder.Create(m_hWnd, this));
+    SetEntryWindow(kSchedulePage, m_schedule.Create(m_hWnd, this));
+}
+
+LRESULT CMainDlg::OnTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
+    handled = wParam == kMakeScreens;
+    if (handled) MakeOtherScreens();
+    return 0;
+}
+
+void CMainDlg::AddPage(UINT titleId, const char* image, int page) {
     NavEntry entry;
     entry.title = ResourceText(titleId);
-    // The page shows no caption; a screen reader says it when the focus comes into the page.
-    CWindow(window).SetText(entry.title.c_str());
     entry.image = LoadThemeImage(image);
-    entry.window = window;
     entry.page = page;
     AddEntry(std::move(entry));
 }
@@ -109,7 +126,7 @@ void CMainDlg::CallUpdateLibrary() {
 // The page's window is of no use here: the frame shows it.
 void CMainDlg::OnPageSelect(int index, int, HWND) {
     // The entry of the scan is its start button, too.
-    if (index == 0 && CurrentPage() == 0) m_scan.SetState(SCAN_SCANNING);
+    if (index == kScanPage && CurrentPage() == kScanPage) m_scan.SetState(SCAN_SCANNING);
 }
 
 BOOL CMainDlg::PreTranslateMessage(MSG* message) {
@@ -190,6 +207,7 @@ LRESULT CMainDlg::OnClose(UINT, WPARAM, LPARAM, BOOL&) {
 }
 
 void CMainDlg::EndSession() {
+    MakeOtherScreens();  // each session leaves the scheduler's job behind, and that is the page's work
     DestroyWindow();
     ::PostQuitMessage(1);  // kept: a session that ran ends with 1, every short path with 0
 }
@@ -229,6 +247,7 @@ LRESULT CMainDlg::OnEngineLoaded(UINT, WPARAM, LPARAM lParam, BOOL&) {
         EndSession();
         return 0;
     }
+    MakeOtherScreens();
     m_engine.StartList(m_settings);
     m_definitionsLoaded = true;
     m_about.Post(WM_ENGINE_SHRED_DONE);

@@ -33,8 +33,7 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
 
     CMainDlg();
 
-    // The pictures that its start shows, but for those that its constructor needs at once; for a
-    // CPicturesAhead.
+    // The pictures that its start shows, in the order in which it asks for them; for a CPicturesAhead.
     static std::vector<std::string> StartPictures();
 
     // A scan begins by itself once the definitions are listed for the first time. Called after Create, whose
@@ -91,6 +90,7 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
         MESSAGE_HANDLER(WM_ACTIVATE, OnActivate)
         MESSAGE_HANDLER(WM_ENGINE_LOADED, OnEngineLoaded)
         MESSAGE_HANDLER(WM_SYSCOMMAND, OnSysCommand)
+        MESSAGE_HANDLER(WM_TIMER, OnTimer)
         MESSAGE_HANDLER(WM_HELP, OnHelp)
         MESSAGE_HANDLER(WM_ENGINE_SHRED_DONE, OnEngineListed)
         MESSAGE_HANDLER(WM_ENGINE_REBOOT_BEGIN, OnEngineRebootBegin)
@@ -102,6 +102,8 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
     END_MSG_MAP()
 
   private:
+    enum : UINT_PTR { kMakeScreens = 1 };  // timers
+
     struct IconCloser {
         void operator()(HICON icon) const { ::DestroyIcon(icon); }
     };
@@ -117,6 +119,7 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
     LRESULT OnActivate(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnEngineLoaded(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnSysCommand(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
+    LRESULT OnTimer(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnHelp(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnEngineListed(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
     LRESULT OnEngineRebootBegin(UINT message, WPARAM wParam, LPARAM lParam, BOOL& handled);
@@ -126,7 +129,9 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
 
     void OnPageSelect(int index, int subIndex, HWND window) override;
     void CreateScreens();
-    void AddPage(UINT titleId, const char* image, HWND window, int page);
+    // All but the scan screen, once: after the first paint, and before anything that needs one of them.
+    void MakeOtherScreens();
+    void AddPage(UINT titleId, const char* image, int page);
     void SetIcons();
     void CallUpdateLibrary();
     void ToggleZoom();
@@ -143,6 +148,7 @@ class CMainDlg : public CDialogImpl<CMainDlg>,
     CCleanAppConfig m_configuration;
     bool m_autoScan = false;
     AnimationFrames m_animation;
+    bool m_screensMade = false;
     bool m_definitionsLoaded = false;
     bool m_firstListing = true;
     UniqueIcon m_bigIcon;

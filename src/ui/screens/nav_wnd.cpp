@@ -12,6 +12,11 @@ namespace {
 // The part of the window's frame that the mouse can take, beyond the client area.
 constexpr LONG kTrackReserve = 3;
 
+constexpr char kTitlePicture[] = "images/AppTitle.png";
+constexpr char kClosePicture[] = "images/close.png";
+constexpr char kMaximisePicture[] = "images/max-g.png";
+constexpr char kMinimisePicture[] = "images/min-g.png";
+
 // The window as Windows XP shows it has round corners by a region; later ones have their own.
 constexpr DWORD kRegionMajor = 5;
 
@@ -38,13 +43,17 @@ CNavFrame::CNavFrame() : m_metrics(NavMetricsAt(g_Theme.scale)), m_systemMajor(S
     LoadPictures();
 }
 
+std::vector<std::string> CNavFrame::CaptionPictures() {
+    return {kTitlePicture, kClosePicture, kMaximisePicture, kMinimisePicture};
+}
+
 void CNavFrame::LoadPictures() {
-    m_titleImage = LoadThemeImage("images/AppTitle.png");
+    m_titleImage = LoadThemeImage(kTitlePicture);
     // The title's picture has the sign in it; alone it stands in for a title that is missing.
     if (!m_titleImage) m_titleImage = LoadThemeImage("images/Logo.png");
-    m_closeImage = LoadThemeImage(g_Theme.active ? "images/close.png" : "images/close-b.png");
-    m_maximiseImage = LoadThemeImage("images/max-g.png");
-    m_minimiseImage = LoadThemeImage("images/min-g.png");
+    m_closeImage = LoadThemeImage(g_Theme.active ? kClosePicture : "images/close-b.png");
+    m_maximiseImage = LoadThemeImage(kMaximisePicture);
+    m_minimiseImage = LoadThemeImage(kMinimisePicture);
     m_helpText = ResourceText(IDS_HELP_LINK);
     // The caption does not grow with the scale, so its text must not either.
     m_helpPoints = std::max(5, static_cast<int>(10 / g_Theme.scale));
@@ -56,6 +65,13 @@ void CNavFrame::LoadPictures() {
 int CNavFrame::AddEntry(NavEntry entry) {
     m_entries.push_back(std::move(entry));
     return EntryCount() - 1;
+}
+
+void CNavFrame::SetEntryWindow(int index, HWND window) {
+    NavEntry& entry = m_entries[static_cast<std::size_t>(index)];
+    entry.window = window;
+    // The page shows no caption; a screen reader says it when the focus comes into the page.
+    CWindow(window).SetText(entry.title.c_str());
 }
 
 const NavEntry* CNavFrame::Current() const {

@@ -27,8 +27,10 @@ class CNavFrame {
     CNavFrame(const CNavFrame&) = delete;
     CNavFrame& operator=(const CNavFrame&) = delete;
 
-    // The new entry's place, from 0. The window is not owned.
+    // The new entry's place, from 0. Its window is not owned and may come later.
     int AddEntry(NavEntry entry);
+    // The window of an entry that has none yet; it takes the entry's title.
+    void SetEntryWindow(int index, HWND window);
 
     // Shows a page in place of the one before and gives it the focus. -1 stands for the current entry or
     // sub-entry; an index that does not exist does nothing.
@@ -44,6 +46,9 @@ class CNavFrame {
   protected:
     CNavFrame();
     ~CNavFrame() = default;
+
+    // The pictures that the constructor loads.
+    static std::vector<std::string> CaptionPictures();
 
     virtual CWindow NavWindow() const = 0;
     // Before a page takes the place of the current one, which may be the same.

@@ -8,6 +8,7 @@
 #include "base/picture_size.h"
 #include "system/files.h"
 #include "system/handles.h"
+#include "system/library_search.h"
 #include "system/system_facts.h"
 #include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
@@ -114,6 +115,9 @@ UniqueBitmap DecodeThumbnail(const std::string& path, SIZE limit) {
 ThemeImage DecodePicture(std::span<const std::uint8_t> file) {
     const std::optional<PictureSize> size = PictureSizeOf(file);
     if (!size || std::uint64_t{size->width} * size->height > kMaxPicturePixels) return nullptr;
+    // GDI+ loads the decoders by their bare name, and gets the ones that are loaded already. They stay to the
+    // end of the process.
+    [[maybe_unused]] static const HMODULE decoders = LoadSystemLibrary("windowscodecs.dll");
     const UniqueCom<IStream> stream = MemoryStream(file);
     if (!stream) return nullptr;
     ThemeImage image(Gdiplus::Bitmap::FromStream(stream.get(), FALSE));

@@ -28,6 +28,8 @@ CPicturesAhead::~CPicturesAhead() {
         }
     }
     if (m_thread) ::WaitForSingleObject(m_thread.get(), INFINITE);
+    m_entries.clear();
+    if (m_gdiplus != 0) Gdiplus::GdiplusShutdown(m_gdiplus);
 }
 
 unsigned WINAPI CPicturesAhead::ThreadProc(void* self) noexcept {
@@ -39,6 +41,8 @@ unsigned WINAPI CPicturesAhead::ThreadProc(void* self) noexcept {
 }
 
 void CPicturesAhead::DecodeAll() {
+    const Gdiplus::GdiplusStartupInput input;
+    if (Gdiplus::GdiplusStartup(&m_gdiplus, &input, nullptr) != Gdiplus::Ok) return;
     for (Entry& entry : m_entries) {
         {
             const std::lock_guard guard(m_lock);

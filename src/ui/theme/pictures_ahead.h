@@ -14,8 +14,9 @@
 // Decodes pictures of the program on a thread of its own, before somebody asks for them, for a start that has
 // other things to do. While an object lives, LoadThemeImage of one of its paths, in the same letters, takes
 // the picture from here, once; what it finds undecided it decodes itself. Without a thread that is all of
-// them. Made while the theme is started, one at a time, on the main thread; its end waits for the thread,
-// which goes no further than the picture it is at, and drops what nobody took.
+// them. One at a time, on the main thread; it may be there before the theme, since it keeps GDI+ started for
+// its thread, and has to end before it. Its end waits for the thread, which goes no further than the picture
+// it is at, and drops what nobody took.
 class CPicturesAhead {
   public:
     // In the order of decoding: what takes long and is needed late first.
@@ -40,6 +41,7 @@ class CPicturesAhead {
     void DecodeAll();
     std::optional<ThemeImage> TakeEntry(const std::string& path);
 
+    ULONG_PTR m_gdiplus = 0;  // the thread's start of GDI+; 0: none
     std::mutex m_lock;
     std::condition_variable m_done;
     std::vector<Entry> m_entries;  // their stages and pictures by the lock
