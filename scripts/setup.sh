@@ -12,7 +12,7 @@ PACKAGES=(
     librsvg2-bin icoutils python3                                          # pictures and icon from their drawings
     clang-14 libclang-rt-14-dev clang-format                               # fuzzers, the format check
     wine wine64 fonts-wine                                                 # runs the Windows tests
-    xvfb                                                                   # shows windows where there is no display
+    xvfb xauth x11-utils                                                   # shows windows, also without a display
 )
 # Built from source because Debian has no libraries of them for Windows.
 SOURCES=(pugixml minizip benchmark)
