@@ -155,7 +155,8 @@ void CScanTree::DrawTexts(Gdiplus::Graphics& g, const RowState& state) {
         g_Theme.DrawText(g, TextOf(state.data->help), ToRectF(line),
                          {8, Gdiplus::FontStyleRegular, Opaque(kHelpText)});
     }
-    if (state.node->HasChildren() && !parts.count.IsEmpty()) {
+    // In a row that is too narrow it would lie over the check box.
+    if (state.node->HasChildren() && !parts.count.IsEmpty() && parts.count.x >= parts.title.x) {
         g_Theme.DrawText(
             g, CountText(*state.node, state.parentChecked), ToRectF(parts.count),
             {8, Gdiplus::FontStyleRegular, g_Theme.Accent(), Gdiplus::StringAlignmentFar, vertical});
