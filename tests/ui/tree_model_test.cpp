@@ -202,11 +202,14 @@ class RandomTree : public testing::Test {
         ASSERT_EQ(window.tree.GetSelected(), plain.selected != nullptr ? plain.selected->node : nullptr);
         TreeRow* row = window.tree.GetRoot()->FirstChild();
         TreeRow* before = nullptr;
+        int number = 0;
         for (const PlainRow& expected : plain.Rows()) {
             ASSERT_EQ(row, expected.node->node);
             ASSERT_EQ(PreviousShown(*row), before);
             ASSERT_EQ(PlaceOf(*window.tree.GetRoot(), *row).top, expected.top);
             ASSERT_EQ(RowAt(*window.tree.GetRoot(), expected.top + expected.node->height - 1).row, row);
+            ASSERT_EQ(NumberOf(*window.tree.GetRoot(), *row), number);
+            ASSERT_EQ(RowOfNumber(*window.tree.GetRoot(), number++), row);
             ASSERT_EQ(IsParentChecked(*row), expected.parentChecked);
             ASSERT_EQ(row->checked, expected.node->checked);
             ASSERT_EQ(expected.node->node->HasChildren(), expected.node->hadChildren);
@@ -217,6 +220,8 @@ class RandomTree : public testing::Test {
             row = NextShown(*row);
         }
         ASSERT_EQ(row, nullptr);
+        ASSERT_EQ(ShownRows(*window.tree.GetRoot()), number);
+        ASSERT_EQ(RowOfNumber(*window.tree.GetRoot(), number), nullptr);
     }
 
     TreeWindow window;

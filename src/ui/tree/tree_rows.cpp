@@ -12,10 +12,73 @@ RowGroup* AsGroup(RowItem* item) {
     return static_cast<RowGroup*>(item);
 }
 
-int HeightOf(const RowGroup& group, RowItem* item) {
-    if (group.ofGroups) return AsGroup(item)->height;
+// What groups sum up, each with the same search through it.
+struct Heights {
+    static int Of(const RowGroup& group) { return group.height; }
+    static int Of(const TreeRow& row) { return row.height; }
+};
+struct Numbers {
+    static int Of(const RowGroup& group) { return static_cast<int>(group.rows); }
+    static int Of(const TreeRow&) { return 1; }
+};
+
+// Of all that is below the row, as if it were open.
+template <class Sum>
+int SumBelow(const TreeRow& row) {
+    return row.children != nullptr ? Sum::Of(*row.children) : 0;
+}
+
+template <class Sum>
+int SumOf(const RowGroup& group, RowItem* item) {
+    if (group.ofGroups) return Sum::Of(*AsGroup(item));
     const TreeRow* const row = AsRow(item);
-    return row->height + (row->expanded ? ChildrenHeight(*row) : 0);
+    return Sum::Of(*row) + (row->expanded ? SumBelow<Sum>(*row) : 0);
+}
+
+// The row that covers a sum, and the sum of all before it.
+template <class Sum>
+RowPlace Find(const TreeRow& root, int sum) {
+    if (sum < 0 || sum >= SumBelow<Sum>(root)) return {};
+    int before = 0;
+    const RowGroup* group = root.children;
+    for (;;) {
+        RowItem* found = nullptr;
+        for (RowItem* const item : group->items) {
+            const int end = before + SumOf<Sum>(*group, item);
+            if (sum < end) {
+                found = item;
+                break;
+            }
+            before = end;
+        }
+        if (found == nullptr) return {};
+        if (group->ofGroups) {
+            group = AsGroup(found);
+            continue;
+        }
+        TreeRow* const row = AsRow(found);
+        if (sum < before + Sum::Of(*row)) return {row, before};
+        before += Sum::Of(*row);
+        group = row->children;
+    }
+}
+
+// The sum of all before a row; -1, if it is not in this tree or a row above it is closed.
+template <class Sum>
+int SumBefore(const TreeRow& root, const TreeRow& row) {
+    int sum = 0;
+    const TreeRow* from = &row;
+    for (; from->parent != nullptr; from = from->parent) {
+        if (!from->parent->expanded) return -1;
+        for (const RowItem* item = from; item->group != nullptr; item = item->group) {
+            for (RowItem* const before : item->group->items) {
+                if (before == item) break;
+                sum += SumOf<Sum>(*item->group, before);
+            }
+        }
+        if (from->parent != &root) sum += Sum::Of(*from->parent);
+    }
+    return from == &root && &row != &root ? sum : -1;
 }
 
 std::size_t IndexOf(const RowItem& item) {
@@ -33,9 +96,13 @@ RowGroup* LastLeaf(RowGroup* group) {
 }
 
 // Tells the groups around a row of `parent` and, as far as it shows there, all above that it has grown.
-void AddHeight(RowGroup* group, const TreeRow* parent, int change) {
+void Grow(RowGroup* group, const TreeRow* parent, int height, int rows) {
+    constexpr std::uint32_t kRowsMask = 0x7FFFFFFF;
     for (;;) {
-        for (; group != nullptr; group = group->group) group->height += change;
+        for (; group != nullptr; group = group->group) {
+            group->height += height;
+            group->rows = (group->rows + static_cast<std::uint32_t>(rows)) & kRowsMask;
+        }
         if (!parent->expanded || parent->parent == nullptr) return;
         group = parent->group;
         parent = parent->parent;
@@ -112,6 +179,7 @@ void AppendRow(TreeRow& parent, TreeRow& row) {
         if (above == nullptr) {
             above = NewGroup(true, kFew);
             above->height = group->height;
+            above->rows = group->rows;
             Put(above, group);
             parent.children = above;
         }
@@ -121,11 +189,11 @@ void AppendRow(TreeRow& parent, TreeRow& row) {
         group = above;
     }
     Put(group, item);
-    AddHeight(row.group, &parent, row.height);
+    Grow(row.group, &parent, row.height, 1);
 }
 
 void RemoveRow(TreeRow& row) {
-    AddHeight(row.group, row.parent, -HeightOf(*row.group, &row));
+    Grow(row.group, row.parent, -SumOf<Heights>(*row.group, &row), -SumOf<Numbers>(*row.group, &row));
     TakeOut(*row.parent, row);
     row.parent = nullptr;
     row.group = nullptr;
@@ -134,8 +202,9 @@ void RemoveRow(TreeRow& row) {
 void SetExpanded(TreeRow& row, bool expanded) {
     if (row.expanded == expanded) return;
     row.expanded = expanded;
-    const int height = ChildrenHeight(row);
-    if (row.parent != nullptr) AddHeight(row.group, row.parent, expanded ? height : -height);
+    if (row.parent == nullptr) return;
+    const int sign = expanded ? 1 : -1;
+    Grow(row.group, row.parent, sign * ChildrenHeight(row), sign * SumBelow<Numbers>(row));
 }
 
 void TakeLastChildren(TreeRow& row, std::vector<TreeRow*>& taken) {
@@ -215,50 +284,29 @@ bool IsBefore(const TreeRow& first, const TreeRow& second) {
 }
 
 int ChildrenHeight(const TreeRow& row) {
-    return row.children != nullptr ? row.children->height : 0;
+    return SumBelow<Heights>(row);
 }
 
 RowPlace RowAt(const TreeRow& root, int y) {
-    if (y < 0 || y >= ChildrenHeight(root)) return {};
-    int top = 0;
-    const RowGroup* group = root.children;
-    for (;;) {
-        RowItem* found = nullptr;
-        for (RowItem* const item : group->items) {
-            const int height = HeightOf(*group, item);
-            if (y < top + height) {
-                found = item;
-                break;
-            }
-            top += height;
-        }
-        if (found == nullptr) return {};
-        if (group->ofGroups) {
-            group = AsGroup(found);
-            continue;
-        }
-        TreeRow* const row = AsRow(found);
-        if (y < top + row->height) return {row, top};
-        top += row->height;
-        group = row->children;
-    }
+    return Find<Heights>(root, y);
 }
 
 RowPlace PlaceOf(const TreeRow& root, TreeRow& row) {
-    int top = 0;
-    const TreeRow* from = &row;
-    for (; from->parent != nullptr; from = from->parent) {
-        if (!from->parent->expanded) return {};
-        for (const RowItem* item = from; item->group != nullptr; item = item->group) {
-            for (RowItem* const before : item->group->items) {
-                if (before == item) break;
-                top += HeightOf(*item->group, before);
-            }
-        }
-        top += from->parent->height;
-    }
-    if (from != &root || &row == &root) return {};
+    const int top = SumBefore<Heights>(root, row);
+    if (top < 0) return {};
     return {&row, top};
+}
+
+int ShownRows(const TreeRow& root) {
+    return SumBelow<Numbers>(root);
+}
+
+TreeRow* RowOfNumber(const TreeRow& root, int number) {
+    return Find<Numbers>(root, number).row;
+}
+
+int NumberOf(const TreeRow& root, const TreeRow& row) {
+    return SumBefore<Numbers>(root, row);
 }
 
 bool IsInTree(const TreeRow& root, const TreeRow& row) {

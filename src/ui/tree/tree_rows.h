@@ -7,9 +7,9 @@
 // owns them, and no call here knows what a row shows.
 //
 // A list of children is kept as groups of at most kGroupSize neighbours, groups of groups above them, each
-// with the sum of the heights below it. So a million siblings are some four groups deep, and appending,
-// removing, opening, and finding a row by its place or the place of a row pass no more than that many groups
-// for each level of the tree, whatever number of rows there is.
+// with the height and the number of the rows on show below it. So a million siblings are some four groups
+// deep, and appending, removing, opening, and finding a row by its place or its number, or either of a row,
+// pass no more than that many groups for each level of the tree, whatever number of rows there is.
 //
 // Places are pixels from the top of the first row; the height of a row stays what it was when it came.
 
@@ -35,8 +35,10 @@ struct TreeRow : RowItem {
 };
 
 struct RowGroup : RowItem {
-    int height = 0;         // of all rows in it and of those that are open below them
-    bool ofGroups = false;  // the items are groups
+    int height = 0;  // of all rows in it and of those that are open below them
+    // Their number. In one word with what follows: there is a group for each list, however short.
+    std::uint32_t rows : 31 = 0;
+    std::uint32_t ofGroups : 1 = false;  // the items are groups
     std::vector<RowItem*> items;
 };
 
@@ -81,6 +83,16 @@ struct RowPlace {
 RowPlace RowAt(const TreeRow& root, int y);
 // Where a row begins. No row, if it is not in this tree or a row above it is closed.
 RowPlace PlaceOf(const TreeRow& root, TreeRow& row);
+
+// --- numbers: the rows on show, counted from 0 in their order
+
+int ShownRows(const TreeRow& root);
+// Null for a number that there is not.
+TreeRow* RowOfNumber(const TreeRow& root, int number);
+// -1, if the row is not in this tree or a row above it is closed.
+int NumberOf(const TreeRow& root, const TreeRow& row);
+
+// --- what the rows above say of one
 
 bool IsInTree(const TreeRow& root, const TreeRow& row);
 // All rows above it are open.
