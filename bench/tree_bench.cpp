@@ -154,6 +154,12 @@ void MeasureActions(BenchTree& bench, Table& table) {
         for (int i = 0; i < kFinds; ++i) bench.tree.FindNode(handles[static_cast<unsigned>(i) % 1000]);
     });
     table.Add("a search for a handle", "%.0f ns", find / kFinds * 1e9);
+    const LONG rows = bench.tree.PartCount();
+    Require(rows > kMany * 9 / 10, "rows to ask for");
+    const double ask = Timed([&] {
+        for (LONG i = 0; i < kFinds; ++i) bench.tree.DescribePart(1 + static_cast<LONG>(i * 7919LL % rows));
+    });
+    table.Add("what a screen reader asks of a row", "%.1f us", ask / kFinds * 1e6);
 }
 
 // The rows of the entities, one message each, in the order in which they stand; their number.

@@ -143,3 +143,13 @@
 #define IDS_NO_SCHEDULE 197
 #define IDS_SCHEDULE_FULL 198
 #define IDS_NAMELESS 199           // a result without name and path
+// For screen readers: what a press does, and names of pictures.
+#define IDS_ACTION_CHECK 210
+#define IDS_ACTION_UNCHECK 211
+#define IDS_ACTION_SWITCH 212      // to a page
+#define IDS_ACTION_PRESS 213
+#define IDS_ACTION_JUMP 214        // where a link leads
+#define IDS_NAME_MINIMISE 215
+#define IDS_NAME_MAXIMISE 216
+#define IDS_NAME_RESTORE 217
+#define IDS_NAME_CLOSE 218

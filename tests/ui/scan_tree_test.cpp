@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <oleacc.h>
-
 #include "tree_window.h"
 
 // What the mouse, the keys and the scroll bar do to a tree in a real window.
@@ -299,22 +297,6 @@ TEST(ScanTreeTips, ResultsShowTheirLabelsAndOthersTheirHelp) {
     tool.lpszText = text;
     ::SendMessageA(tip, TTM_GETTEXTA, 80, reinterpret_cast<LPARAM>(&tool));
     EXPECT_STREQ(text, "c0r");
-}
-
-TEST(ScanTreeNames, ScreenReadersAreToldTheWindowsText) {
-    TreeWindow window;
-    IAccessible* object = nullptr;
-    ASSERT_EQ(::AccessibleObjectFromWindow(window.tree, static_cast<DWORD>(OBJID_CLIENT),
-                                           __uuidof(IAccessible), reinterpret_cast<void**>(&object)),
-              S_OK);
-    VARIANT self = {};
-    self.vt = VT_I4;
-    self.lVal = CHILDID_SELF;
-    BSTR name = nullptr;
-    object->get_accName(self, &name);
-    EXPECT_EQ(std::wstring(name != nullptr ? name : L""), L"Traces");
-    ::SysFreeString(name);
-    object->Release();
 }
 
 }  // namespace

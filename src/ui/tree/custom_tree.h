@@ -11,6 +11,7 @@
 #include "ui/tree/handle_index.h"
 #include "ui/tree/row_layout.h"
 #include "ui/tree/tree_rows.h"
+#include "ui/window/accessible.h"
 #include "ui/window/painting.h"
 #include "ui/window/window_impl.h"
 
@@ -37,7 +38,8 @@ inline constexpr UINT TREEN_CHECKED = 3;   // a check box changed; the counts ar
 // While a handler of a notification runs, nodes may be deleted; the tree itself may not.
 template <class TData, class TToolTip, class T>
 class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
-                    public CDoubleBufferImpl<CCustomTree<TData, TToolTip, T>> {
+                    public CDoubleBufferImpl<CCustomTree<TData, TToolTip, T>>,
+                    public CAccessibleParts {
   public:
     struct Node : TreeRow {
         TData* data = nullptr;  // owned; null for the root
@@ -103,6 +105,17 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
 
     void DoPaint(HDC dc);
 
+    // CAccessibleParts, in custom_tree_access.h. T adds the texts to what it is described as here.
+    LONG WindowRole() const override;
+    LONG PartCount() const override;
+    AccessiblePart DescribePart(LONG part) const override;
+    LONG PartAt(POINT client) const override;
+    LONG SelectedPart() const override { return PartOfRow(m_selected); }
+    LONG FocusedPart() const override { return PartOfRow(m_selected); }
+    LONG PartBeside(LONG part, LONG direction) const override;
+    void PressPart(LONG part) override;
+    bool SelectPart(LONG part, bool focus) override;
+
     BEGIN_MSG_MAP(CCustomTree)
         MESSAGE_HANDLER(WM_CREATE, OnCreate)
         MESSAGE_HANDLER(WM_SIZE, OnSize)
@@ -123,6 +136,8 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
         MESSAGE_HANDLER(WM_KILLFOCUS, OnFocusChanged)
         MESSAGE_HANDLER(WM_UPDATEUISTATE, OnFocusChanged)
         MESSAGE_HANDLER(WM_SETREDRAW, OnSetRedraw)
+        MESSAGE_HANDLER(WM_ENABLE, OnEnable)
+        CHAIN_MSG_MAP(CAccessibleParts)
         REFLECT_NOTIFICATIONS()
     END_MSG_MAP()
 
@@ -130,6 +145,11 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     // The next and the previous row on show; the node itself at the end. For null the first of all.
     Node* NextVisible(Node* node) const;
     Node* PrevVisible(Node* node) const;
+
+    // The row that a screen reader knows by this number.
+    Node* RowOfPart(LONG part) const;
+    // Its check box is not dead.
+    bool CanCheck(const Node& node) const { return node.enabled && IsParentChecked(node); }
 
     // The keyboard's place is to be seen: the tree has the focus, and the user works with keys.
     bool IsFocusShown() const;
@@ -179,8 +199,9 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     LRESULT OnGetDlgCode(UINT, WPARAM, LPARAM, BOOL&) { return DLGC_WANTARROWS; }
     LRESULT OnTimer(UINT, WPARAM wParam, LPARAM, BOOL& handled);
     LRESULT OnBeforePaint(UINT, WPARAM, LPARAM, BOOL& handled);
-    LRESULT OnFocusChanged(UINT, WPARAM, LPARAM, BOOL& handled);
+    LRESULT OnFocusChanged(UINT message, WPARAM, LPARAM, BOOL& handled);
     LRESULT OnSetRedraw(UINT, WPARAM, LPARAM, BOOL& handled);
+    LRESULT OnEnable(UINT, WPARAM wParam, LPARAM, BOOL& handled);
 
     static Node* AsNode(TreeRow* row) { return static_cast<Node*>(row); }
     static bool IsLive(const Node* node) { return node != nullptr && node->parent != nullptr; }
@@ -203,6 +224,11 @@ class CCustomTree : public CWindowImpl<T, CWindow, CControlWinTraits>,
     void DropSelected();
     void ToggleExpanded(Node* node);
     void ToggleChecked(Node* node);
+    void PressCheck();
+
+    LONG PartOfRow(const Node* node) const;
+    void TellReaders(DWORD event, const Node* node) const;
+    void TellFocus() const;
 
     void OnKeyLeft();
     void OnKeyRight();

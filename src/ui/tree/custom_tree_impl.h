@@ -306,12 +306,15 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::SelectNode(Node* node) {
     m_selected = node;
     m_scrollToSelected = true;
     InvalidateAll();
+    TellFocus();
+    TellReaders(EVENT_OBJECT_SELECTION, node);
     Notify(TREEN_SELECTED, node);
 }
 
 CUSTOM_TREE void CUSTOM_TREE_CLASS::ToggleExpanded(Node* node) {
     SetExpanded(*node, !node->expanded);
     InvalidateAll();
+    TellReaders(EVENT_OBJECT_STATECHANGE, node);
 }
 
 CUSTOM_TREE void CUSTOM_TREE_CLASS::ToggleChecked(Node* node) {
@@ -320,7 +323,15 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::ToggleChecked(Node* node) {
     m_checking = node;
     // First told, then counted: who is told wants the counts as they were.
     Notify(TREEN_CHECKED, node);
-    if (std::exchange(m_checking, nullptr) == node) OnItemChecked(node);
+    if (std::exchange(m_checking, nullptr) != node) return;
+    OnItemChecked(node);
+    TellReaders(EVENT_OBJECT_STATECHANGE, node);
+}
+
+// A click on the selected row's check box, by other means than the mouse.
+CUSTOM_TREE void CUSTOM_TREE_CLASS::PressCheck() {
+    m_lastFound = m_selected;
+    ToggleChecked(m_selected);
 }
 
 CUSTOM_TREE auto CUSTOM_TREE_CLASS::NextVisible(Node* node) const -> Node* {
@@ -356,8 +367,16 @@ CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnSetRedraw(UINT, WPARAM, LPARAM, BOOL& h
     return 0;
 }
 
-CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnFocusChanged(UINT, WPARAM, LPARAM, BOOL& handled) {
+CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnFocusChanged(UINT message, WPARAM, LPARAM, BOOL& handled) {
     InvalidateAll();
+    if (message == WM_SETFOCUS) TellFocus();
+    handled = FALSE;
+    return 0;
+}
+
+// While rows come and go by the thousand the tree is disabled, and no reader is told of any.
+CUSTOM_TREE LRESULT CUSTOM_TREE_CLASS::OnEnable(UINT, WPARAM wParam, LPARAM, BOOL& handled) {
+    if (wParam != FALSE) TellReaders(EVENT_OBJECT_REORDER, nullptr);
     handled = FALSE;
     return 0;
 }

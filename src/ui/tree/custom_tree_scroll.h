@@ -225,9 +225,7 @@ CUSTOM_TREE void CUSTOM_TREE_CLASS::OnKeySpace() {
         if (place.row != nullptr) SelectNode(AsNode(place.row));
         return;
     }
-    if (!m_selected->enabled || !IsParentChecked(*m_selected)) return;
-    m_lastFound = m_selected;
-    ToggleChecked(m_selected);
+    if (CanCheck(*m_selected)) PressCheck();
 }
 
 // OnVScroll makes the whole position of the half that a message takes.

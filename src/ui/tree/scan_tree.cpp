@@ -6,6 +6,7 @@
 #include "app/resources.h"
 #include "resources/ids.h"
 #include "ui/theme/theme.h"
+#include "ui/tree/custom_tree_access.h"
 #include "ui/tree/custom_tree_impl.h"
 #include "ui/tree/custom_tree_scroll.h"
 
@@ -35,7 +36,11 @@ std::string WithNumbers(std::string_view format, std::initializer_list<DWORD> nu
 
 }  // namespace
 
-CScanTree::CScanTree() : m_linkShow(ResourceText(IDS_LINK_SHOW)), m_linkHide(ResourceText(IDS_LINK_HIDE)) {
+CScanTree::CScanTree()
+    : m_linkShow(ResourceText(IDS_LINK_SHOW)),
+      m_linkHide(ResourceText(IDS_LINK_HIDE)),
+      m_check(ResourceText(IDS_ACTION_CHECK)),
+      m_uncheck(ResourceText(IDS_ACTION_UNCHECK)) {
     m_metrics.scale = g_Theme.scale;
     m_metrics.linkWidth = static_cast<int>(std::max(g_Theme.MeasureText(m_linkShow, kLinkPoints).cx,
                                                     g_Theme.MeasureText(m_linkHide, kLinkPoints).cx));
@@ -109,4 +114,18 @@ std::string CScanTree::CountText(const Node& node, bool parentChecked) const {
     const DWORD checked = node.checked && parentChecked ? node.data->checkedCount : 0;
     if (m_metrics.mode != kResults) return WithNumbers(m_countFormat, {checked, node.data->total});
     return checked == 1 ? m_countOne : WithNumbers(m_countFormat, {checked});
+}
+
+AccessiblePart CScanTree::DescribePart(LONG number) const {
+    AccessiblePart part = CCustomTree::DescribePart(number);
+    const Node& node = *RowOfPart(number);
+    if (node.data == nullptr) return part;
+    if (node.data->label != nullptr) part.name = node.data->label;
+    if (node.HasChildren()) part.description = CountText(node, IsParentChecked(node));
+    if (node.data->help != nullptr && !m_metrics.running) {
+        if (!part.description.empty()) part.description += ". ";
+        part.description += node.data->help;
+    }
+    if (CanCheck(node)) part.action = node.checked ? m_uncheck : m_check;
+    return part;
 }

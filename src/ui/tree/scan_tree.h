@@ -41,6 +41,7 @@ class CScanTree : public CCustomTree<tagNODE_DATA, CImageTooltip, CScanTree> {
     void OnItemRemoved(Node* node, Node* parent) override;
     void OnItemChecked(Node* node) override;
     const char* GetItemTip(Node* node) override;
+    AccessiblePart DescribePart(LONG part) const override;
 
     const RowMetrics& Metrics() const { return m_metrics; }
     // The text of a row's count.
@@ -65,4 +66,6 @@ class CScanTree : public CCustomTree<tagNODE_DATA, CImageTooltip, CScanTree> {
     std::string m_linkHide;
     std::string m_countFormat;
     std::string m_countOne;
+    std::string m_check;  // what a click on a check box does
+    std::string m_uncheck;
 };
