@@ -97,12 +97,14 @@ void CNavFrame::SelectPage(int index, int subIndex) {
     const CWindow next(subIndex >= 0 ? entry.subEntries[static_cast<std::size_t>(subIndex)].window
                                      : entry.window);
     OnPageSelect(index, subIndex, next);
+    const bool isOther = former != next;
     m_page = index;
     entry.selectedSub = subIndex;
     Layout();
     next.MoveWindow(m_layout.page);
     next.ShowWindow(SW_SHOW);
-    if (former != next) former.ShowWindow(SW_HIDE);
+    if (isOther) former.ShowWindow(SW_HIDE);
+    if (isOther) TellReaders(EVENT_OBJECT_SELECTION, SelectedPart());
     next.SetFocus();
     NavWindow().Invalidate();
 }
@@ -113,12 +115,12 @@ void CNavFrame::StepPage(int step) {
 }
 
 void CNavFrame::SetNavEnabled(bool enabled) {
-    m_enabled = enabled;
+    if (enabled != std::exchange(m_enabled, enabled)) TellEntriesChanged();
     NavWindow().InvalidateRect(m_layout.column);
 }
 
 void CNavFrame::SetCloseAllowed(bool allowed) {
-    m_closeAllowed = allowed;
+    if (allowed != std::exchange(m_closeAllowed, allowed)) TellCloseChanged();
     NavWindow().InvalidateRect(m_caption.close);
 }
 

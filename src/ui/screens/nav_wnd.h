@@ -6,6 +6,7 @@
 #include "ui/screens/nav_layout.h"
 #include "ui/theme/picture.h"
 #include "ui/theme/theme.h"
+#include "ui/window/accessible.h"
 #include "ui/window/message_map.h"
 #include "ui/window/window.h"
 
@@ -22,11 +23,8 @@ struct NavEntry {
 // The frame of the main window: it draws the caption, the window pictures and the column of pages itself,
 // says what the mouse hits in it, and shows one page at a time. The part of CThemeNavWnd that knows nothing
 // of the dialog's class. Made while the theme is started. Main thread.
-class CNavFrame {
+class CNavFrame : public CAccessibleParts {
   public:
-    CNavFrame(const CNavFrame&) = delete;
-    CNavFrame& operator=(const CNavFrame&) = delete;
-
     // The new entry's place, from 0. Its window is not owned and may come later.
     int AddEntry(NavEntry entry);
     // The window of an entry that has none yet; it takes the entry's title.
@@ -42,6 +40,16 @@ class CNavFrame {
     void SetCloseAllowed(bool allowed);
     bool IsNavEnabled() const { return m_enabled; }
     bool IsCloseAllowed() const { return m_closeAllowed; }
+
+    // CAccessibleParts, in nav_access.cpp: the entries, the current one's sub-entries, and the caption's
+    // parts.
+    LONG WindowRole() const override;
+    LONG PartCount() const override;
+    AccessiblePart DescribePart(LONG part) const override;
+    LONG PartAt(POINT client) const override;
+    LONG SelectedPart() const override { return m_page + 1; }
+    void PressPart(LONG part) override;
+    bool SelectPart(LONG part, bool focus) override;
 
   protected:
     CNavFrame();
@@ -98,6 +106,14 @@ class CNavFrame {
     LRESULT HitTestAt(POINT client) const;
     Hot HotAt(POINT client) const;
     void SetHot(const Hot& hot, DWORD track);
+
+    // nav_access.cpp
+    AccessiblePart DescribeEntry(const NavEntry& entry, const RECT& place, bool selected) const;
+    AccessiblePart DescribeCaption(int index) const;
+    RECT CaptionPlace(int index) const;
+    void TellReaders(DWORD event, LONG part) const;
+    void TellEntriesChanged() const;
+    void TellCloseChanged() const;
 
     // nav_paint.cpp
     // Once, before the first paint; again after a change of the display.
@@ -163,6 +179,7 @@ class CThemeNavWnd : public CNavFrame {
         MESSAGE_HANDLER(WM_NCMOUSELEAVE, OnNavMouseLeave)
         MESSAGE_HANDLER(WM_SETCURSOR, OnNavSetCursor)
         MESSAGE_HANDLER(WM_DISPLAYCHANGE, OnNavDisplayChange)
+        CHAIN_MSG_MAP(CAccessibleParts)
     END_MSG_MAP()
 
   protected:
