@@ -248,53 +248,6 @@ TEST_F(Cleaner, EmptiesAnIniValue) {
     EXPECT_EQ(Found(Entity()), Lines({locked + "[part]key"})) << "it is no trace any more";
 }
 
-// The total asks for what is enabled, the walk only for what is selected.
-TEST_F(Cleaner, TheWalkAsksOnlyForWhatIsSelected) {
-    const std::string entities =
-        Named("Entity", "On", FileItem("on.txt")) + Named("Entity", "Off", FileItem("off.txt"));
-    const std::string off = Named("Application", "Off", Named("Entity", "E", FileItem("off2.txt")));
-    const std::string gone = Named("Application", "Gone", Named("Entity", "E", FileItem("gone.txt")));
-    const std::string last =
-        Named("Category", "Last", Named("Application", "A", Named("Entity", "E", FileItem("off3.txt"))));
-    Find(
-        DefinitionsXml(
-            Named("Category", "Category", Named("Application", "Application", entities) + off + gone) + last),
-        5);
-    Entity("Category", "Application", "Off").enabled = false;
-    Application("Category", "Off").enabled = false;
-    Application("Category", "Gone").present = false;
-    Category("Last").enabled = false;
-    const Lines log = CleanLog();
-    ASSERT_GE(log.size(), 3u);
-    EXPECT_EQ(log.front(), "cleaned on.txt 100%") << "the only one that is enabled";
-    EXPECT_EQ(log[log.size() - 2], "cleaned Last 400%");
-    EXPECT_EQ(std::count(log.begin(), log.end(), "passed over Gone"), 1);
-    ExpectCounters(4, 0);
-    EXPECT_EQ(NamesIn(folder.Path()), Lines({"cleaning.db", "gone.txt"}));
-}
-
-// Nothing of a run is left in the next one: not its counters, and not a stop that came behind its end.
-TEST_F(Cleaner, ASecondRunCountsAnew) {
-    const auto category = [&](const std::string& name) {
-        return Named("Category", name,
-                     Named("Application", "A", Named("Entity", "E", ItemXml("File", folder.MakeFile(name)))));
-    };
-    Find(DefinitionsXml(category("One") + category("Other")), 2);
-    Clean();
-    ExpectCounters(2, 0);
-    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("Other"))), 1);
-
-    folder.MakeFile("One");
-    Category("Other").enabled = false;
-    Scan();
-    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("One"))), 0) << "a scan forgets it as well";
-    engine->CancelAction();
-    EXPECT_EQ(CleanLog(), Lines({"cleaned One 100%", "cleaned nothing 100%", "cleaned E 100%",
-                                 "cleaned A 100%", "cleaned One 100%", "passed over Other", "clean done"}));
-    ExpectCounters(1, 0);
-    EXPECT_EQ(engine->GetCategoryCleaned(HandleOf(Category("Other"))), 0);
-}
-
 TEST_F(Cleaner, AStopBetweenResultsLeavesTheRest) {
     const std::string entity = FileItem("a.txt") + FileItem("b.txt");
     const std::string other = Named("Application", "Other", Named("Entity", "E", FileItem("c.txt")));
@@ -319,17 +272,6 @@ TEST_F(Cleaner, AStopBetweenResultsLeavesTheRest) {
     EXPECT_EQ(Found(Entity()), Lines()) << "the results are freed, the user has to scan again";
 }
 
-// The file may be gone, but nobody counts or tells it.
-TEST_F(Cleaner, AStopWithinAResultDoesNotCountIt) {
-    Find(OneEntityXml(FileItem("a.txt") + FileItem("b.txt")), 2);
-    auto deletes = API_HOOK(DeleteFileA);
-    deletes.Before(1, [&] { engine->CancelAction(); });
-    EXPECT_EQ(CleanLog(), Lines({"cleaned nothing 0%", "cleaned Entity 0%", "cleaned Application 0%",
-                                 "cleaned Category 0%", "clean done"}));
-    ExpectCounters(0, 0);
-    EXPECT_EQ(NamesIn(folder.Path()), Lines({"b.txt", "cleaning.db"}));
-}
-
 TEST_F(Cleaner, ADryRunReportsAllAndChangesNothingButTheUrlCache) {
     key.SetText("value", "text");
     key.MakeKey("keys\\a");
@@ -350,15 +292,6 @@ TEST_F(Cleaner, ADryRunReportsAllAndChangesNothingButTheUrlCache) {
     }
     EXPECT_EQ(ValueBytes(key.Root(), key.Path(), "value"), std::string("text\0", 5));
     EXPECT_EQ(entries.Calls(), 2);
-}
-
-TEST_F(Cleaner, WithNothingToCleanOnlyTheUrlCacheIsTidied) {
-    Find(OneEntityXml(FileItem("a.txt")), 1);
-    Clean();
-    auto entries = API_HOOK(FindFirstUrlCacheEntryA);
-    EXPECT_EQ(CleanLog(), Lines({"clean done"})) << "the results of the first run are gone";
-    ExpectCounters(0, 0);
-    EXPECT_EQ(entries.Calls(), 1);
 }
 
 TEST_F(Cleaner, ShredsFilesByThePassCountOfTheRun) {

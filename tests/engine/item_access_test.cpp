@@ -37,17 +37,6 @@ class ItemText : public EngineTest {
     }
 };
 
-TEST_F(ItemText, OfTheDefinitionLevelsIsTheirNameOrLocation) {
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("x*.txt")) + ItemXml("Nothing", "anywhere"))));
-    const auto items = Items(Entity());
-    EXPECT_EQ(TextOf(HandleOf(Category())), (Text{"Category", 1}));
-    EXPECT_EQ(TextOf(HandleOf(Application())), (Text{"Application", 1}));
-    EXPECT_EQ(TextOf(HandleOf(Entity())), (Text{"Entity", 1}));
-    EXPECT_EQ(TextOf(HandleOf(*items[0])), (Text{folder.At("x*.txt"), 1}));
-    EXPECT_EQ(TextOf(HandleOf(*items[1])), (Text{"", 1})) << "an item of an unknown type has no location";
-    EXPECT_EQ(TextOf(HandleOf(folder)), (Text{"<item not found>", 1}));
-}
-
 TEST_F(ItemText, OfARegistryValueEndsInWhatItHoldsNow) {
     const TestKey key(HKEY_CURRENT_USER);
     key.SetText("text", "a b");
@@ -76,18 +65,6 @@ TEST_F(ItemText, OfARegistryValueEndsInWhatItHoldsNow) {
     EXPECT_EQ(TextOf(*results[0]), (Text{start + "text = \"other\"", 1}));
 }
 
-TEST_F(ItemText, OfARegistryKeyIsItsPathBelowTheLongNameOfItsRoot) {
-    const TestKey user(HKEY_CURRENT_USER);
-    user.MakeKey("sub");
-    const auto results = ScanOf(ItemXml("RegKey", "HKCU\\" + user.Path()));
-    ASSERT_EQ(results.size(), 1u);
-    EXPECT_EQ(TextOf(*results[0]), (Text{"HKEY_CURRENT_USER\\" + user.At("sub"), 1}));
-    results[0]->item->hive = HKEY_LOCAL_MACHINE;
-    EXPECT_EQ(TextOf(*results[0]), (Text{"HKEY_LOCAL_MACHINE\\" + user.At("sub"), 1}));
-    results[0]->item->hive = HKEY_CLASSES_ROOT;
-    EXPECT_EQ(TextOf(*results[0]), (Text{"HKEY_CLASSES_ROOT\\" + user.At("sub"), 1}));
-}
-
 TEST_F(ItemText, OfAFileIsItsPathAndOfAFolderItsNameAlone) {
     folder.MakeFile("tree\\file.txt");
     folder.MakeFolder("tree\\sub");
@@ -96,8 +73,9 @@ TEST_F(ItemText, OfAFileIsItsPathAndOfAFolderItsNameAlone) {
     if (results[0]->type != ResultType::File) std::swap(results[0], results[1]);
     EXPECT_EQ(TextOf(*results[0]), (Text{folder.At("tree\\file.txt"), 2}));
     EXPECT_EQ(TextOf(*results[1]), (Text{"sub\\", 1}));
-    results[1]->name.reset();
-    EXPECT_EQ(TextOf(*results[1]), (Text{folder.At("tree\\"), 1}));
+    EXPECT_EQ(TextOf(HandleOf(Category())), (Text{"Category", 1}));
+    EXPECT_EQ(TextOf(HandleOf(*Items(Entity())[0])), (Text{folder.At("tree\\"), 1}));
+    EXPECT_EQ(TextOf(HandleOf(folder)), (Text{"<item not found>", 1}));
 }
 
 TEST_F(ItemText, OfAnIniValueIsItsKeyWithWhatTheFileHoldsNow) {
@@ -133,13 +111,6 @@ TEST_F(ItemText, IsCutToTheBufferAndNotGivenForMissingArguments) {
 
 class ItemCheck : public EngineTest {
   protected:
-    void ScanOneFile(const char* attribute) {
-        folder.MakeFile("keep me.txt");
-        ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("*.txt")), attribute)));
-        Scan();
-        ASSERT_EQ(Results(Entity()).size(), 1u);
-    }
-
     std::vector<std::string> Whitelist() const {
         const auto& entries = engine->WhitelistEntries().Entries();
         return {entries.begin(), entries.end()};
@@ -147,7 +118,10 @@ class ItemCheck : public EngineTest {
 };
 
 TEST_F(ItemCheck, OfAResultKeepsTheWhitelistOfAWhitelistableEntity) {
-    ScanOneFile("Whitelist='1'");
+    folder.MakeFile("keep me.txt");
+    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.At("*.txt")), "Whitelist='1'")));
+    Scan();
+    ASSERT_EQ(Results(Entity()).size(), 1u);
     tagCLEAN_RESULT& result = *Results(Entity())[0];
     engine->SetItemCheck(HandleOf(result), false, false);
     EXPECT_FALSE(result.enabled);
@@ -157,23 +131,6 @@ TEST_F(ItemCheck, OfAResultKeepsTheWhitelistOfAWhitelistableEntity) {
     engine->SetItemCheck(HandleOf(result), true, false);
     EXPECT_TRUE(result.enabled);
     EXPECT_EQ(Whitelist(), std::vector{"keep me.txt"s});
-}
-
-TEST_F(ItemCheck, OfAnyOtherResultOnlySwitchesIt) {
-    ScanOneFile("Whitelist='yes'");
-    engine->SetItemCheck(HandleOf(*Results(Entity())[0]), false, false);
-    EXPECT_FALSE(Results(Entity())[0]->enabled);
-    EXPECT_TRUE(Whitelist().empty());
-}
-
-TEST_F(ItemCheck, OfADefinitionItemOrAnUnknownHandleDoesNothing) {
-    ScanOneFile("");
-    for (const HSCANITEM handle : {HandleOf(*Items(Entity())[0]), HandleOf(folder), HSCANITEM{nullptr}}) {
-        engine->SetItemCheck(handle, false, true);
-    }
-    EXPECT_TRUE(Category().enabled && Application().enabled && Entity().enabled);
-    EXPECT_TRUE(Category().selected && Application().selected && Entity().selected);
-    EXPECT_TRUE(Results(Entity())[0]->enabled);
 }
 
 }  // namespace

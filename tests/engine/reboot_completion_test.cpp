@@ -128,17 +128,6 @@ TEST_F(RebootSchedule, SchedulesNothingUnderAPathThatIsTooLong) {
     EXPECT_EQ(Schedule("D:\\" + std::string(room + 1, 'n')), std::nullopt);
 }
 
-TEST_F(RebootSchedule, WithoutApplicationDataTheTargetIsTheBareName) {
-    appData.TakeAway();
-    RestartEngine();
-    EXPECT_EQ(engine->GetRebootFolder(false), "");
-    RandomText::Seed(5);
-    const auto moved = Schedule("D:\\folder\\a.txt");
-    ASSERT_TRUE(moved && moved->to);
-    EXPECT_EQ(moved->to->substr(0, 6), "a.txt_");
-    EXPECT_EQ(moved->to->size(), 11u);
-}
-
 TEST_F(RebootSchedule, StopsBeforeTheListOfTheSystemIsFull) {
     DWORD listSize = 0;
     auto queries = API_HOOK(RegQueryValueExA);
@@ -180,13 +169,6 @@ TEST_F(RebootCompletion, SaysNothingWithoutAFolder) {
     EXPECT_EQ(NamesIn(product), Lines({"DeleteOnReboot", "kept"}));
 }
 
-TEST_F(RebootCompletion, TakesAnEmptyFolderAway) {
-    folder.MakeFolder("data\\Quillmere\\Velvane\\DeleteOnReboot");
-    EXPECT_EQ(LoadLog(),
-              Lines({"completion begins", "node Shred After Reboot", "completion ended", "loaded 0"}));
-    EXPECT_EQ(NamesIn(product), Lines());
-}
-
 TEST_F(RebootCompletion, ShredsWhatIsThereForTheWindowThatIsNamed) {
     MakeLeftovers({"a.txt_AAAAA", "folder\\b.txt"});
     WriteDefinitions(OneEntityXml(ItemXml("File", folder.At("x"))));
@@ -225,32 +207,6 @@ TEST_F(RebootCompletion, WhatIsStillLockedWaitsForTheNextStart) {
     RestartEngine();
     LoadLog();
     EXPECT_EQ(NamesIn(product), Lines());
-}
-
-// A later load of the session comes here as well, with the pass count and the counters of the last run.
-TEST_F(RebootCompletion, BehindARunItsPercentageStartsAnew) {
-    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.MakeFile("x")))));
-    Scan();
-    Clean(3);
-    ASSERT_EQ(engine->GetItemsCleaned(), 1u);
-    MakeLeftovers({"a_AAAAA"});
-    WriteRecorder recorder;
-    EXPECT_EQ(LoadLog(),
-              Lines({"completion begins", "node Shred After Reboot", "node a_AAAAA", "cleaned a_AAAAA 100%",
-                     "cleaned nothing 100%", "completion ended", "loaded 1"}));
-    EXPECT_EQ(recorder.passes.size(), 3u);
-}
-
-// The folder is made once in the life of the engine, also when the completion has taken it away again.
-TEST_F(RebootCompletion, TheFolderIsMadeOnce) {
-    EXPECT_EQ(engine->GetRebootFolder(false), rebootFolder);
-    EXPECT_FALSE(Exists(rebootFolder));
-    engine->GetRebootFolder(true);
-    EXPECT_TRUE(Exists(rebootFolder));
-    LoadLog();
-    EXPECT_FALSE(Exists(rebootFolder));
-    engine->GetRebootFolder(true);
-    EXPECT_FALSE(Exists(rebootFolder));
 }
 
 }  // namespace

@@ -4,100 +4,103 @@
 #include <shellapi.h>
 #include <windows.h>
 
+#include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "engine/bin_stand_in.h"
 #include "engine/recording_sink.h"
-#include "engine/stand_in_shell.h"
 #include "support/folder_link.h"
+#include "support/method_patch.h"
 #include "support/sandbox.h"
+#include "system/shell_items.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
+using UniqueShellFolder = UniqueReference<IShellFolder2>;
 
-struct Found {
-    Lines lines;
-    std::uint32_t count;
-    bool operator==(const Found&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Found& found) {
-    for (const std::string& line : found.lines) out << line << "\n";
-    return out << "counted " << found.count;
+// A folder of the disk as the shell shows it.
+UniqueShellFolder ShellFolder(const TestFolder& folder) {
+    const auto allocator = ShellAllocator();
+    ITEMIDLIST* id = nullptr;
+    EXPECT_EQ(ShellIdOf(folder.Path(), &id), S_OK);
+    const UniqueIdList owner(id, IdListDeleter{allocator.get()});
+    IShellFolder* desktop = nullptr;
+    EXPECT_EQ(::SHGetDesktopFolder(&desktop), S_OK);
+    const UniqueReference<IShellFolder> desktopOwner(desktop);
+    void* bound = nullptr;
+    EXPECT_EQ(desktop->BindToObject(id, nullptr, IID_IShellFolder2, &bound), S_OK);
+    return UniqueShellFolder(static_cast<IShellFolder2*>(bound));
 }
 
-Found Search(const std::string& storage, const std::vector<DeletedEntry>& entries,
-             std::size_t stopAfter = std::numeric_limits<std::size_t>::max()) {
+// What is found, in the order of the alphabet, and below it what was counted.
+Lines Search(IShellFolder2* bin, const TestFolder& storage) {
     RecordingSink sink;
-    sink.stopAfter = stopAfter;
-    IShellFolder2* const bin = MakeStandInFolder(entries);
     const std::uint32_t count = ScanShellFolder(bin, nullptr, sink);
-    EXPECT_EQ(bin->Release(), 0u);
-    EXPECT_EQ(LiveStandIns(), 0);
-    return {sink.Lines(storage), count};
+    Lines lines = sink.Lines(storage.Path());
+    std::sort(lines.begin(), lines.end());
+    lines.push_back("counted " + std::to_string(count));
+    return lines;
 }
 
-TEST(RecycleBin, FilesAreKnownByTheirRealPathInEveryFormOfText) {
-    const TestFolder bin;
-    const std::string wide = bin.MakeFile("De1 \u6f22.txt");
-    const std::string offset = bin.MakeFile("De2.txt");
-    const std::string inlined = bin.MakeFile("De3");
-    EXPECT_EQ(Search(bin.Path(), {{wide}, {offset, NameForm::Offset}, {inlined, NameForm::Inline}}),
-              (Found{{"file |De1 \u6f22.txt", "file |De2.txt", "file |De3"}, 0}))
-        << "kept: the bin's own entries are not counted";
-    EXPECT_EQ(Search(bin.Path(), {{wide}, {offset}}, 0).lines.size(), 2u) << "a stop is not heeded";
-}
-
-TEST(RecycleBin, EntriesThatCannotBePlacedArePassedOver) {
-    const TestFolder bin;
-    const std::string file = bin.MakeFile("real.txt");
-    const std::string tooLong = bin.Path() + std::string(270, 'x');
-    char before[MAX_PATH] = "";
-    ::GetCurrentDirectoryA(sizeof before, before);
-    ASSERT_TRUE(::SetCurrentDirectoryA(bin.Path().c_str()));
-    ASSERT_TRUE(Exists("real.txt"));
-    const Found found = Search(bin.Path(), {{bin.At("gone.txt")},
-                                            {tooLong},
-                                            {tooLong, NameForm::Offset},
-                                            {""},
-                                            {"real.txt"},  // would be taken for the one in the current folder
-                                            {"C:real.txt", NameForm::Inline},
-                                            {"::{645FF040-5081-101B-9F08-00AA002F954E}"},
-                                            {file, NameForm::Unknown},
-                                            {file, NameForm::Fails},
-                                            {file}});
-    ::SetCurrentDirectoryA(before);
-    EXPECT_EQ(found, (Found{{"file |real.txt"}, 0}));
-}
+using BindMethod = HRESULT (WINAPI IShellFolder::*)(LPCITEMIDLIST, IBindCtx*, REFIID, void**);
+constexpr BindMethod kBind = &IShellFolder::BindToObject;
 
 TEST(RecycleBin, FoldersAreSearchedAsTheShellLetsThem) {
-    const TestFolder bin;
-    for (const char* name : {"Dc1\\a", "Dc1\\sub\\b", "Dc2\\c", "Dc2\\sub\\d", "Dc3\\e"}) bin.MakeFile(name);
-    // Opened by the shell: what the shell shows of it. Not implemented: what lies there. Else: itself alone.
-    const std::vector<DeletedEntry> entries = {
-        {bin.At("Dc1"),
-         NameForm::Wide,
-         S_OK,
-         {{bin.At("Dc1\\a")}, {bin.At("Dc1\\sub"), NameForm::Inline, E_NOTIMPL, {}}}},
-        {bin.At("Dc2\\"), NameForm::Wide, E_NOTIMPL, {}},
-        {bin.At("Dc3"), NameForm::Wide, E_ACCESSDENIED, {}}};
-    EXPECT_EQ(Search(bin.Path(), entries), (Found{{"file Dc1\\|a", "file Dc1\\sub\\|b", "folder Dc1\\|sub\\",
-                                                   "folder |Dc1\\", "file Dc2\\|c", "file Dc2\\sub\\|d",
-                                                   "folder Dc2\\|sub\\", "folder |Dc2\\", "folder |Dc3\\"},
-                                                  4}));
+    const TestFolder storage;
+    for (const char* name : {"De1 \u6f22.txt", "Dc1\\a", "Dc1\\sub\\b"}) storage.MakeFile(name);
+    const auto bin = ShellFolder(storage);
+    const Lines whole = {"file Dc1\\sub\\|b", "file Dc1\\|a", "file |De1 \u6f22.txt", "folder Dc1\\|sub\\",
+                         "folder |Dc1\\"};
+    Lines expected = whole;
+    expected.push_back("counted 0");
+    EXPECT_EQ(Search(bin.get(), storage), expected) << "kept: the bin's own entries are not counted";
+    {
+        const MethodPatch patch(bin.get(), kBind, &FailMethod<E_NOTIMPL>);
+        expected.back() = "counted 3";
+        EXPECT_EQ(Search(bin.get(), storage), expected) << "what lies there";
+    }
+    const MethodPatch patch(bin.get(), kBind, &FailMethod<E_ACCESSDENIED>);
+    EXPECT_EQ(Search(bin.get(), storage), (Lines{whole[2], whole[4], "counted 0"})) << "itself alone";
+}
+
+std::string g_name;
+HRESULT WINAPI GiveName(IShellFolder*, LPCITEMIDLIST, SHGDNF, STRRET* name) {
+    name->uType = STRRET_CSTR;
+    std::memcpy(name->cStr, g_name.c_str(), g_name.size() + 1);
+    return S_OK;
+}
+
+TEST(RecycleBin, ANameThatIsNoPathIsNotTakenForTheFileInTheCurrentFolder) {
+    const TestFolder storage;
+    const std::string file = storage.MakeFile("real.txt");
+    const auto bin = ShellFolder(storage);
+    const MethodPatch patch(bin.get(), &IShellFolder::GetDisplayNameOf, &GiveName);
+    char before[MAX_PATH] = "";
+    ::GetCurrentDirectoryA(sizeof before, before);
+    ASSERT_TRUE(::SetCurrentDirectoryA(storage.Path().c_str()));
+    for (const std::string& name :
+         {file, std::string("real.txt"), std::string("C:real.txt"), storage.At("gone.txt"), std::string()}) {
+        g_name = name;
+        Lines expected = {"counted 0"};
+        if (name == file) expected.insert(expected.begin(), "file |real.txt");
+        EXPECT_EQ(Search(bin.get(), storage), expected) << name;
+    }
+    ::SetCurrentDirectoryA(before);
 }
 
 TEST(RecycleBin, ADeletedLinkIsListedAndNeverEntered) {
-    const TestFolder bin;
+    const TestFolder storage;
     const TestFolder elsewhere;
     elsewhere.MakeFile("precious.txt");
-    const FolderLink link(bin.At("Dc1"), elsewhere.Path());
-    for (const HRESULT bind : {HRESULT{S_OK}, HRESULT{E_NOTIMPL}}) {
-        EXPECT_EQ(
-            Search(bin.Path(), {{bin.At("Dc1"), NameForm::Wide, bind, {{bin.At("Dc1\\precious.txt")}}}}),
-            (Found{{"folder |Dc1\\"}, 0}));
-    }
+    const FolderLink link(storage.At("Dc1"), elsewhere.Path());
+    const auto bin = ShellFolder(storage);
+    const Lines expected = {"folder |Dc1\\", "counted 0"};
+    EXPECT_EQ(Search(bin.get(), storage), expected);
+    const MethodPatch patch(bin.get(), kBind, &FailMethod<E_NOTIMPL>);
+    EXPECT_EQ(Search(bin.get(), storage), expected);
 }
 
 TEST(RecycleBin, TheRealBinGivesNothingThatLiesElsewhere) {
@@ -109,19 +112,12 @@ TEST(RecycleBin, TheRealBinGivesNothingThatLiesElsewhere) {
     deletion.fFlags = FOF_ALLOWUNDO | FOF_NOCONFIRMATION | FOF_SILENT | FOF_NOERRORUI;
     ASSERT_EQ(::SHFileOperationA(&deletion), 0);
     ASSERT_FALSE(Exists(folder.At("victim.txt")));
-    // One of the same name, where a bare name would be looked for.
-    folder.MakeFile("victim.txt", "a new one");
-    char before[MAX_PATH] = "";
-    ::GetCurrentDirectoryA(sizeof before, before);
-    ASSERT_TRUE(::SetCurrentDirectoryA(folder.Path().c_str()));
     RecordingSink sink;
     ScanRecycleBin(nullptr, sink);
-    ::SetCurrentDirectoryA(before);
     for (const RecordingSink::Trace& trace : sink.traces) {
         EXPECT_NE(trace.path->find(":\\"), std::string::npos) << *trace.path << *trace.name;
         EXPECT_FALSE(trace.path->starts_with(folder.Path())) << *trace.name;
     }
-    EXPECT_EQ(FileContent(folder.At("victim.txt")), "a new one");
 }
 
 }  // namespace

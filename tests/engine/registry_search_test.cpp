@@ -11,7 +11,6 @@
 #include "support/api_hook.h"
 #include "support/sandbox.h"
 #include "system/handles.h"
-#include "system/redirection_table.h"
 #include "system/registry.h"
 
 namespace {
@@ -70,15 +69,6 @@ TEST(KeySearch, FindsChildrenBeforeTheirKeyAndAllOfItCanBeDeleted) {
     EXPECT_EQ(Search(key), Lines());
     EXPECT_TRUE(KeyExists(key.Root(), key.Path())) << "the key of the location stays";
     EXPECT_FALSE(KeyExists(key.Root(), key.At("a")));
-}
-
-TEST(KeySearch, FindsNothingWhereNothingIs) {
-    const TestKey key;
-    EXPECT_EQ(Search(key), Lines());
-    RecordingSink sink;
-    EXPECT_EQ(ScanRegKey(key.Root(), key.At("missing"), sink), 0u);
-    EXPECT_EQ(ScanRegKey(nullptr, key.Path(), sink), 0u) << "a location with an unknown hive";
-    EXPECT_TRUE(sink.traces.empty());
 }
 
 TEST(KeySearch, AKeyThatDeniesUsIsReadUnderTheGrantAndHasItsOldSecurityBack) {
@@ -209,19 +199,6 @@ TEST(KeySearch, NamesThatDoNotNameTheEntryArePassedOver) {
     EXPECT_EQ(Search(key), (Lines{"key |s", "value |what?"}));
 }
 
-TEST(KeySearch, AStopIsHeededOnEnteringAKeyAndBeforeItsValues) {
-    const TestKey key;
-    key.SetText("a", "x", "1");
-    key.SetText("b", "x", "1");
-    key.SetText("c", "x", "2");
-    key.SetText("d", "x");
-    RecordingSink sink;
-    sink.stopAfter = 1;
-    ScanRegKey(key.Root(), key.Path(), sink);
-    // The values of a key that are begun are finished, and so are the keys of a list, unread.
-    EXPECT_EQ(sink.Lines(key.Path()), (Lines{"value \\1\\|a", "value \\1\\|b", "key |1", "key |2"}));
-}
-
 TEST(ValueSearch, FindsAValueWhateverItHolds) {
     const TestKey key;
     key.SetRaw("empty", REG_NONE, "");
@@ -236,30 +213,6 @@ TEST(ValueSearch, FindsAValueWhateverItHolds) {
     EXPECT_EQ(found(key.Path(), ""), Lines{"value |"});
     EXPECT_EQ(found(key.Path(), "missing"), Lines());
     EXPECT_EQ(found(key.At("missing"), ""), Lines());
-}
-
-TEST(ValueSearch, LooksIntoTheViewThatTheTableChooses) {
-    const TestKey own(HKEY_CURRENT_USER);  // not divided, and so in the native view
-    const TestKey divided(HKEY_LOCAL_MACHINE);
-    own.SetText("a", "x");
-    divided.SetText("a", "x");
-    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
-    wow64.Replace([](HANDLE, BOOL* answer) { return *answer = TRUE; });
-    InitRegRedirectionTable();
-    ASSERT_TRUE(IsRegTableInForce());
-    auto open = API_HOOK(RegOpenKeyExA);
-    std::vector<REGSAM> accesses;
-    open.Replace([&](HKEY root, LPCSTR path, DWORD options, REGSAM access, HKEY* opened) {
-        accesses.push_back(access);
-        return open.Real()(root, path, options, access & ~KEY_WOW64_64KEY, opened);
-    });
-    RecordingSink sink;
-    EXPECT_EQ(ScanNativeRegValue(own.Root(), own.Path(), "a", sink), 1u);
-    EXPECT_EQ(ScanNativeRegValue(divided.Root(), divided.Path(), "a", sink), 1u);
-    EXPECT_EQ(accesses, (std::vector<REGSAM>{KEY_QUERY_VALUE | KEY_WOW64_64KEY, KEY_QUERY_VALUE}));
-    EXPECT_EQ(ScanNativeRegValue(own.Root(), own.Path(), "b", sink), 0u);
-    EXPECT_EQ(sink.Lines(), (Lines{"value " + own.Path() + "|a", "value " + divided.Path() + "|a"}));
-    FreeRegRedirectionTable();
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 #include "engine/message_log.h"
 #include "support/api_hook.h"
 #include "system/handles.h"
-#include "system/redirection_table.h"
 
 // The run over the files that the user chose.
 
@@ -95,31 +94,6 @@ TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
     EXPECT_EQ(slept, 1000u);
     ExpectCounters(0, 0);
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"a.txt", "b.txt"}));
-}
-
-// A file in the real folder of the system is reached: redirection goes off for each file, where there is any.
-TEST_F(ShredRun, SwitchesTheRedirectionOffWhereThereIsOne) {
-    auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
-    disables.Replace([](PVOID*) { return TRUE; });
-    auto reverts = LATE_BOUND_HOOK(Wow64RevertWow64FsRedirection);
-    reverts.Replace([](PVOID) { return TRUE; });
-    Queue({"a.txt"});
-    Shred(1);
-    EXPECT_EQ(disables.Calls(), 0);
-
-    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
-    wow64.Replace([](HANDLE, PBOOL answer) {
-        *answer = TRUE;
-        return TRUE;
-    });
-    InitRegRedirectionTable();
-    ASSERT_TRUE(IsRegTableInForce());
-    Queue({"a.txt", "b.txt"});
-    Shred(1);
-    FreeRegRedirectionTable();
-    EXPECT_EQ(disables.Calls(), 2);
-    EXPECT_EQ(reverts.Calls(), 2);
-    ExpectCounters(2, 0);
 }
 
 struct BinCase {
