@@ -136,30 +136,6 @@ std::shared_ptr<void> MakeButtonStates(HWND parent, const std::vector<ButtonKind
     });
 }
 
-std::shared_ptr<void> MakeButtons(HWND parent) {
-    return MakeButtonStates(parent, kButtonKinds);
-}
-
-std::shared_ptr<void> MakeLargeButtons(HWND parent) {
-    return MakeButtonStates(parent, kLargeButtonKinds);
-}
-
-// Real ones, to be tried.
-std::shared_ptr<void> MakeLiveButtons(HWND parent) {
-    auto buttons = std::make_shared<std::vector<std::unique_ptr<CGlassButton>>>();
-    int y = 10;
-    for (const ButtonKind& kind : kButtonKinds) {
-        const RECT place = Box(10, y, kind.width + 60, kind.height);
-        const HWND window = ::CreateWindowExA(0, "BUTTON", kind.text, WS_CHILD | WS_VISIBLE | WS_TABSTOP,
-                                              place.left, place.top, place.right - place.left,
-                                              place.bottom - place.top, parent, nullptr, nullptr, nullptr);
-        buttons->push_back(std::make_unique<CGlassButton>());
-        buttons->back()->Attach(window, RadiusOf(kind), nullptr, kind.accent, kind.large);
-        y += kind.height + 10;
-    }
-    return buttons;
-}
-
 // --- groups ---
 
 std::shared_ptr<void> MakeGroups(HWND parent) {
@@ -195,7 +171,7 @@ std::shared_ptr<void> MakeGroups(HWND parent) {
     return groups;
 }
 
-// --- shapes, colours, text ---
+// --- shapes, text ---
 
 std::shared_ptr<void> MakeShapes(HWND parent) {
     return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
@@ -214,36 +190,6 @@ std::shared_ptr<void> MakeShapes(HWND parent) {
                        {}, radius);
             DrawRoundRect(g, ToRectF(Box(x, 240, 60, 48)), Gdiplus::Color(0xFFFF8522), 1.8f, radius);
             x += 70;
-        }
-    });
-}
-
-std::shared_ptr<void> MakeColours(HWND parent) {
-    return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
-        const std::pair<const char*, Gdiplus::Color> roles[] = {
-            {"text", g_Theme.text},
-            {"greyText", g_Theme.greyText},
-            {"white", g_Theme.white},
-            {"disabledText", g_Theme.disabledText},
-            {"linePen", g_Theme.linePenColor},
-            {"midGrey", g_Theme.midGrey},
-            {"black", g_Theme.black},
-            {"accentActive", g_Theme.accentActive},
-            {"accentInactive", g_Theme.accentInactive},
-            {"background", g_Theme.background},
-            {"panelLine", g_Theme.panelLine},
-            {"controlText", g_Theme.controlText},
-            {"disabledControlText", g_Theme.disabledControlText},
-            {"blue", g_Theme.blue},
-            {"panel", g_Theme.panel},
-        };
-        int number = 0;
-        for (const auto& [name, color] : roles) {
-            const int x = 10 + number % 5 * 98, y = 10 + number / 5 * 70;
-            FillRoundRect(g, ToRectF(Box(x, y, 90, 40)), color, 10);
-            DrawRoundRect(g, ToRectF(Box(x, y, 89, 39)), g_Theme.midGrey, 1, 10);
-            Label(g, name, x, y + 42, 96);
-            ++number;
         }
     });
 }
@@ -310,9 +256,7 @@ class CSampleDialog : public CQMDialogBase<CSampleDialog> {
         SetText(caption);
         return MoveWindow(place) != FALSE;
     }
-    ~CSampleDialog() override = default;
-
-    CGlassButton m_ok, m_cancel;
+    CGlassButton m_ok;
 };
 
 std::shared_ptr<void> MakeDialogs(HWND parent) {
@@ -393,19 +337,17 @@ std::shared_ptr<void> MakeTips(HWND parent) {
 
 std::vector<GalleryPanel> GalleryPanels() {
     return {
-        {"colours", {500, 220}, MakeColours},
         {"shapes", {500, 300}, MakeShapes},
         {"texts", {500, 360}, MakeTexts},
-        {"buttons", {510, 270}, MakeButtons},
-        {"large-buttons", {510, 380}, MakeLargeButtons},
-        {"live-buttons", {200, 200}, MakeLiveButtons},
+        {"buttons", {510, 270}, [](HWND parent) { return MakeButtonStates(parent, kButtonKinds); }},
+        {"large-buttons",
+         {510, 380},
+         [](HWND parent) { return MakeButtonStates(parent, kLargeButtonKinds); }},
         {"groups", {505, 310}, MakeGroups},
         {"dialogs", {340, 340}, MakeDialogs},
         {"tips", {400, 380}, MakeTips},
         {"tree-results", {500, 380}, MakeResultsTree},
         {"tree-running", {380, 380}, MakeRunningTree},
         {"tree-definitions", {500, 380}, MakeDefinitionsTree},
-        {"tree-odd", {500, 320}, MakeOddTree},
-        {"tree-narrow", {230, 380}, MakeNarrowTree},
     };
 }

@@ -42,19 +42,6 @@ constexpr SampleRow kSample[] = {
     {4, "letter.odt", nullptr},
 };
 
-const std::string kLong(64 * 1024, 'w');
-const SampleRow kOdd[] = {
-    {1, kLong.c_str(), kLong.c_str()},
-    {2, "two\nlines", nullptr},
-    {3, "\xd7\xa2\xd7\x91\xd7\xa8\xd7\x99\xd7\xaa right to left \xd8\xb9\xd8\xb1\xd8\xa8\xd9\x8a", nullptr},
-    {4, kLong.c_str(), nullptr},
-    {4, "broken \xff\xfe\x80 bytes", nullptr},
-    {4, "&ampersand && tab\there", nullptr},
-    {1, "x", nullptr},
-    {1, "", ""},
-    {2, nullptr, nullptr},
-};
-
 struct PanelTree {
     explicit PanelTree(HWND parent, int mode, DWORD leafType) {
         LoadResources();
@@ -68,13 +55,12 @@ struct PanelTree {
 
     // Rows down to `deepest`, each below the last one of the level above.
     template <std::size_t kCount>
-    void Fill(const SampleRow (&rows)[kCount], DWORD deepest = 4, Gdiplus::Bitmap* image = nullptr) {
+    void Fill(const SampleRow (&rows)[kCount], DWORD deepest = 4) {
         CScanTree::Node* above[5] = {tree->GetRoot()};
         for (const SampleRow& row : rows) {
             if (row.level > deepest) continue;
-            CScanTree::Insertion insertion = {
-                above[row.level - 1], row.expanded, 1, row.checked,
-                NewNodeData(row.level, nullptr, row.label, row.help, row.level == 1 ? image : nullptr)};
+            CScanTree::Insertion insertion = {above[row.level - 1], row.expanded, 1, row.checked,
+                                              NewNodeData(row.level, nullptr, row.label, row.help)};
             above[row.level] = reinterpret_cast<CScanTree::Node*>(
                 tree->Send(WM_TREE_INSERT, reinterpret_cast<WPARAM>(&insertion)));
         }
@@ -112,17 +98,5 @@ std::shared_ptr<void> MakeDefinitionsTree(HWND parent) {
     auto panel = std::make_shared<PanelTree>(parent, CScanTree::kDefinitions, ROW_ENTITY);
     panel->Fill(kSample, ROW_ENTITY);
     panel->Select(1);
-    return panel;
-}
-
-std::shared_ptr<void> MakeOddTree(HWND parent) {
-    auto panel = std::make_shared<PanelTree>(parent, CScanTree::kResults, ROW_RESULT);
-    panel->Fill(kOdd);
-    return panel;
-}
-
-std::shared_ptr<void> MakeNarrowTree(HWND parent) {
-    auto panel = std::make_shared<PanelTree>(parent, CScanTree::kResults, ROW_RESULT);
-    panel->Fill(kSample);
     return panel;
 }

@@ -12,7 +12,3 @@ std::shared_ptr<void> MakeResultsTree(HWND parent);
 std::shared_ptr<void> MakeRunningTree(HWND parent);
 // The list of all definitions.
 std::shared_ptr<void> MakeDefinitionsTree(HWND parent);
-// Labels that nobody expects.
-std::shared_ptr<void> MakeOddTree(HWND parent);
-// Too narrow for link and counts.
-std::shared_ptr<void> MakeNarrowTree(HWND parent);

@@ -19,8 +19,7 @@ using Lines = std::vector<std::string>;
 class AboutScreen : public testing::Test {
   protected:
     AboutScreen() {
-        StartPages();
-        host.emplace(SIZE{606, 440});
+        host.emplace();
         page.Create(*host, &common);
         page.ShowWindow(SW_SHOW);
     }
@@ -30,7 +29,7 @@ class AboutScreen : public testing::Test {
         return page.PreTranslateMessage(&message) != FALSE;
     }
 
-    PageCommon common;
+    RecordingCommon common;
     std::optional<CPageHost> host;
     CDlgAbout page;
 };

@@ -89,29 +89,6 @@ class CResizingDialog : public CDialogImpl<CResizingDialog>, public CDialogResiz
     }
 };
 
-TEST(Resizing, RulesOfOneControl) {
-    const RECT start = {10, 20, 50, 40};
-    const RECT group = {10, 20, 110, 120};
-    const struct {
-        const char* name;
-        DWORD flags;
-        SIZE growth;
-        const RECT* group;
-        RECT place;
-    } kCases[] = {
-        {"it grows in width", DLSZ_SIZE_X, {30, 40}, nullptr, {10, 20, 80, 40}},
-        {"it keeps to the bottom right", DLSZ_MOVE_X | DLSZ_MOVE_Y, {30, 40}, nullptr, {40, 60, 80, 80}},
-        {"the two directions mix", DLSZ_SIZE_X | DLSZ_MOVE_Y, {30, 40}, nullptr, {10, 60, 80, 80}},
-        {"a smaller dialog takes it along", DLSZ_MOVE_X | DLSZ_SIZE_Y, {-5, -8}, nullptr, {5, 20, 45, 32}},
-        {"in a group it takes its share", DLSZ_SIZE_X, {50, 0}, &group, {10, 20, 70, 40}},
-        {"in a group it moves by its place", DLSZ_MOVE_Y, {0, 50}, &group, {10, 20, 50, 40}},
-    };
-    for (const auto& row : kCases) {
-        const RECT place = ResizedControl(start, row.flags, row.growth, row.group);
-        EXPECT_TRUE(::EqualRect(&place, &row.place)) << row.name;
-    }
-}
-
 TEST(Resizing, ControlsFollowTheDialogThereAndBack) {
     CResizingDialog dialog;
     ASSERT_NE(dialog.Create(nullptr), nullptr);

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <string>
 
-#include "gallery/capture.h"
 #include "support/api_hook.h"
+#include "support/window_picture.h"
 #include "ui/main_window_fixture.h"
 #include "ui/theme/theme.h"
 
@@ -36,8 +36,7 @@ struct MainWindowPictures : MainWindow {
 
     void Save(const std::string& name) {
         PumpWaiting();
-        EXPECT_TRUE(SaveWindow(*window, "main-" + name + ".png")) << name;
-        window->SetWindowPos(nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        EXPECT_TRUE(SaveWindowPicture(*window, "main-" + name + ".png")) << name;
     }
     COLORREF Pixel(POINT point) const {
         window->RedrawWindow(RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
@@ -104,7 +103,7 @@ TEST_F(MainWindowPictures, EachStateChangesTheFrame) {
     Save("smallest");
     window->Send(WM_SYSCOMMAND, SC_MAXIMIZE);
     ASSERT_TRUE(window->IsZoomed());
-    EXPECT_TRUE(SaveWindow(*window, "main-zoomed.png"));
+    EXPECT_TRUE(SaveWindowPicture(*window, "main-zoomed.png"));
 }
 
 }  // namespace

@@ -186,23 +186,6 @@ TEST_F(MainWindowTest, ZoomedItFillsTheWorkAreaAndHasNoEdges) {
     EXPECT_GT(window->GetWindowRect().right - window->GetWindowRect().left, 700);
 }
 
-TEST_F(MainWindowTest, OnTheOldSystemTheWindowHasARoundRegion) {
-    auto version = API_HOOK(GetVersionExA);
-    version.Replace([](OSVERSIONINFOA* info) {
-        info->dwMajorVersion = 5;
-        return TRUE;
-    });
-    ASSERT_NO_FATAL_FAILURE(OpenListed());
-    RECT box = {};
-    ASSERT_EQ(::GetWindowRgnBox(*window, &box), COMPLEXREGION);
-    const RECT client = window->GetClientRect();
-    POINT corner = {0, 0};
-    window->ClientToScreen(corner);
-    EXPECT_EQ(box.left, corner.x - window->GetWindowRect().left) << "just the client area";
-    EXPECT_EQ(box.top, corner.y - window->GetWindowRect().top);
-    EXPECT_NEAR(box.right - box.left, client.right, 1);
-}
-
 TEST_F(MainWindowTest, AReloadEmptiesTheOptionsOnceAndComesBack) {
     ASSERT_NO_FATAL_FAILURE(OpenListed());
     const auto setAll = [this](int value) {
@@ -291,32 +274,6 @@ TEST_F(MainWindowTest, ARestartIsAskedForOnceAndEndsTheSession) {
     EXPECT_FALSE(window->IsWindow());
     PumpWaiting();
     EXPECT_EQ(quitCode, 1);
-}
-
-TEST_F(MainWindowTest, TheAnimationsShareOneLoopOfThirtyFrames) {
-    ASSERT_NO_FATAL_FAILURE(OpenListed());
-    int width = 0, height = 0;
-    window->GetAnimationSize(&width, &height, 0.7);
-    EXPECT_EQ(width, 84);
-    EXPECT_EQ(height, 21);
-    Gdiplus::Bitmap canvas(120, 30, PixelFormat32bppRGB);
-    Gdiplus::Graphics g(&canvas);
-    const auto draw = [&](bool search) {
-        g.Clear(g_Theme.black);
-        window->DrawAnimationFrame(search, g, 0, 0, 1);
-        std::vector<Gdiplus::ARGB> pixels;
-        for (int i = 0; i < 120 * 30; ++i) {
-            Gdiplus::Color color;
-            canvas.GetPixel(i % 120, i / 120, &color);
-            pixels.push_back(color.GetValue());
-        }
-        return pixels;
-    };
-    const auto first = draw(true);
-    EXPECT_EQ(first[0], g_Theme.background.GetValue()) << "over the background";
-    EXPECT_NE(draw(true), first);
-    for (int i = 2; i < 30; ++i) draw(false);
-    EXPECT_EQ(draw(true), first);
 }
 
 }  // namespace

@@ -55,20 +55,4 @@ TEST(MessageLoop, FiltersSeeMessagesYoungestFirstAndThenComesIdleTime) {
     EXPECT_EQ(idler.m_calls, 2);
 }
 
-TEST(AppModule, KeepsModulesAndTheLoopOfEachThread) {
-    CAppModule module;
-    const HINSTANCE program = ::GetModuleHandleA(nullptr);
-    const HINSTANCE resources = ::GetModuleHandleA("user32.dll");
-    EXPECT_EQ(module.GetResourceInstance(), program);
-    module.SetResourceInstance(resources);
-    module.Init(program);
-    EXPECT_EQ(module.GetResourceInstance(), resources) << "set before Init, and it stays";
-
-    CMessageLoop loop;
-    EXPECT_TRUE(module.AddMessageLoop(&loop));
-    EXPECT_FALSE(module.AddMessageLoop(&loop));
-    EXPECT_EQ(module.GetMessageLoop(), &loop);
-    std::thread([&] { EXPECT_EQ(module.GetMessageLoop(), nullptr); }).join();
-}
-
 }  // namespace

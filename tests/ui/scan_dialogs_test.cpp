@@ -103,29 +103,4 @@ TEST(QuestionWithCheck, KeepsTheTickWhateverTheAnswer) {
     EXPECT_EQ(record.checked, 0);
 }
 
-TEST(QuestionWithCheck, GrowsWithItsLabel) {
-    const ScanScreen screen;
-    SIZE sizes[2] = {};
-    const std::string longLabel(80, 'w');
-    const char* const labels[2] = {"Short", longLabel.c_str()};
-    for (int number = 0; number < 2; ++number) {
-        tagCHECKED_MESSAGE record;
-        AskYesNo(screen, record, labels[number], [&size = sizes[number]](HWND box) {
-            const CWindow dialog(box);
-            const RECT whole = dialog.GetWindowRect();
-            size = {whole.right - whole.left, whole.bottom - whole.top};
-            const RECT client = dialog.GetClientRect();
-            const RECT check = dialog.GetRectOf(dialog.GetDlgItem(kCheckBox));
-            const RECT yes = dialog.GetRectOf(dialog.GetDlgItem(IDYES));
-            EXPECT_EQ(check.left, 7);
-            EXPECT_GE(check.top, yes.bottom) << "the check box is below the buttons";
-            EXPECT_LE(check.bottom, client.bottom);
-            EXPECT_LE(check.right - 7, client.right) << "the label has room; what is behind it need not";
-            Press(box, IDNO);
-        });
-    }
-    EXPECT_GT(sizes[1].cx, sizes[0].cx);
-    EXPECT_EQ(sizes[1].cy, sizes[0].cy);
-}
-
 }  // namespace

@@ -1,64 +1,14 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/resources.h"
 #include "app/scan_task.h"
-#include "ui/screens/common_interface.h"
-#include "ui/theme/theme.h"
+#include "ui/recording_common.h"
 #include "ui/window/controls.h"
 #include "ui/window/window_impl.h"
-
-// Stands in for the main window's services: it writes down what a screen changes.
-class RecordingCommon final : public ICommonInterface {
-  public:
-    std::map<int, int> options;
-    std::vector<std::string> calls;  // such as "SetConfigInt 15 3"
-    std::function<void()> onReload;
-
-    std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
-
-    void SetItemEnabled(HSCANITEM item, bool enabled) override {
-        calls.push_back("SetItemEnabled " + std::to_string(reinterpret_cast<std::intptr_t>(item)) + " " +
-                        std::to_string(enabled));
-    }
-    int GetConfigInt(int id) override { return options[id]; }
-    void SetConfigInt(int id, int value) override {
-        calls.push_back("SetConfigInt " + std::to_string(id) + " " + std::to_string(value));
-    }
-    void ReloadDefinitions(bool forgetPreferences) override {
-        calls.push_back("ReloadDefinitions " + std::to_string(forgetPreferences));
-        onReload();
-    }
-    void EnableUI(bool) override {}
-    void AddShredFile(const char*) override {}
-    HANDLE StartShred(HWND, int) override { return nullptr; }
-    HANDLE StartScan(HWND) override { return nullptr; }
-    HANDLE StartClean(HWND, int) override { return nullptr; }
-    void SetItemSelected(HSCANITEM, bool) override {}
-    const char* GetConfigString(int) override { return nullptr; }
-    void SaveConfig(bool) override {}
-    void StopOperation() override {}
-    void SetSimulation(bool) override {}
-    void GetItemDescription(HSCANITEM, char*, std::size_t, int*) override {}
-    bool ConfirmShredPath(const char*, int*) override { return false; }
-    std::uint32_t GetItemsFound() override { return 0; }
-    std::uint32_t GetItemsWhitelisted() override { return 0; }
-    std::uint32_t GetItemsCleaned() override { return 0; }
-    std::uint32_t GetItemsFailed() override { return 0; }
-    int RunUpdates(bool) override { return 0; }
-    void PromptRestart(bool) override {}
-    void ShowHelp(int) override {}
-    std::uint32_t GetDefinitionsVersion() override { return 0; }
-    std::string GetDefinitionsDate() override { return {}; }
-    void GetAnimationSize(int*, int*, double) override {}
-    void DrawAnimationFrame(bool, Gdiplus::Graphics&, int, int, double) override {}
-    int GetCategoryCleaned(HSCANITEM) override { return -1; }
-};
 
 inline std::vector<std::string> Jobs() {
     std::vector<std::string> jobs;
@@ -80,9 +30,7 @@ inline void Press(const CWindow& dialog, int id) {
 // What a page needs before it is made.
 struct ScreenSurroundings {
     ScreenSurroundings() {
-        EXPECT_TRUE(LoadResources());
-        AppModule().SetResourceInstance(ResourceModule());
-        g_Theme.Start();
+        StartScreens();
         DeleteJobs();
     }
 };

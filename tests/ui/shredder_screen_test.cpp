@@ -30,7 +30,6 @@ using Lines = std::vector<std::string>;
 class ShredderScreen : public testing::Test {
   protected:
     ShredderScreen() {
-        StartPages();
         m_boxes.Replace([this](HWND, LPCSTR text, LPCSTR, UINT type) {
             boxes.push_back(text);
             boxType = type;
@@ -45,7 +44,7 @@ class ShredderScreen : public testing::Test {
             return choice;
         });
         common.options = {{KEY_ERASEMODE, 1}, {KEY_SHREDNOSHOW, 1}};
-        host.emplace(SIZE{606, 440});
+        host.emplace();
     }
 
     void Open() {
@@ -73,7 +72,7 @@ class ShredderScreen : public testing::Test {
         Click(button);
     }
 
-    PageCommon common;
+    RecordingCommon common;
     std::optional<CPageHost> host;
     CDlgShredder page;
     Lines boxes, menuTexts;

@@ -9,7 +9,6 @@
 #include "support/sandbox.h"
 #include "system/files.h"
 #include "system/handles.h"
-#include "ui/painted.h"
 #include "ui/theme/image_tooltip.h"
 #include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
@@ -52,13 +51,6 @@ class Pictures : public ::testing::Test {
     static std::vector<std::uint8_t> Bytes(const std::string& path) {
         return ReadWholeFile(path.c_str(), 1 << 20).value_or(std::vector<std::uint8_t>());
     }
-    static SIZE ThumbnailOf(const std::string& path) {
-        const UniqueBitmap bitmap = LoadThumbnail(path, {300, 300});
-        BITMAP data = {};
-        if (bitmap) ::GetObjectA(bitmap.get(), sizeof data, &data);
-        return {data.bmWidth, data.bmHeight};
-    }
-
     TestFolder m_folder;
 };
 
@@ -119,22 +111,6 @@ TEST_F(Pictures, OfLyingFilesAreNone) {
     EXPECT_EQ(DecodePicture({}), nullptr);
 }
 
-TEST_F(Pictures, AMissingPictureOfTheProgramIsNone) {
-    EXPECT_EQ(LoadThemeImage("images/There is no such picture.png"), nullptr);
-    EXPECT_EQ(LoadThemeImage(""), nullptr);
-    EXPECT_EQ(LoadThemeImage(m_folder.Path()), nullptr);
-    EXPECT_NE(LoadThemeImage(Save("logo.png", 4, 4, kPng)), nullptr);
-}
-
-TEST_F(Pictures, AThumbnailKeepsItsProportions) {
-    const SIZE wide = ThumbnailOf(Save("wide.png", 900, 450, kPng));
-    EXPECT_TRUE(wide.cx == 300 && wide.cy == 150) << wide.cx << ' ' << wide.cy;
-    const SIZE small = ThumbnailOf(Save("small.bmp", 12, 8, kBmp));
-    EXPECT_TRUE(small.cx == 12 && small.cy == 8) << small.cx << ' ' << small.cy;
-    EXPECT_EQ(ThumbnailOf(m_folder.MakeFile("text.png", "no picture")).cx, 0);
-    EXPECT_EQ(ThumbnailOf(m_folder.At("gone.png")).cx, 0);
-}
-
 TEST_F(Pictures, OnlyAFileOfModestSizeThatNobodyUsesMayHaveOne) {
     EXPECT_TRUE(MayHavePicture(m_folder.MakeFile("a.png", std::string(kPictureFileLimit - 1, 'x'))));
     EXPECT_FALSE(MayHavePicture(m_folder.MakeFile("b.png", std::string(kPictureFileLimit, 'x'))));
@@ -183,36 +159,6 @@ TEST_F(PictureTip, ShowsThePictureOfAFileAndTheTextOfEverythingElse) {
     later.lpszText = LPSTR_TEXTCALLBACKA;
     m_tip.UpdateTipText(later);
     EXPECT_EQ(m_tip.Picture(), nullptr);
-}
-
-TEST_F(PictureTip, IsAsLargeAsItsPictureAndPaintsItInPlaceOfTheText) {
-    NMCUSTOMDRAW draw = {};
-    draw.hdr.hwndFrom = m_tip;
-    draw.hdr.code = static_cast<UINT>(NM_CUSTOMDRAW);
-    draw.dwDrawStage = CDDS_PREPAINT;
-    const auto ask = [&] {
-        return m_tip.Send(ReflectedMessage(WM_NOTIFY), 0, reinterpret_cast<LPARAM>(&draw));
-    };
-    EXPECT_EQ(ask(), CDRF_DODEFAULT);
-
-    Show(Save("photo.png", 60, 40, kPng));
-    EXPECT_EQ(ask(), CDRF_NOTIFYPOSTPAINT);
-    ::SetCursorPos(100, 200);
-    m_tip.SetWindowPos(nullptr, 10, 215, 90, 20, SWP_NOACTIVATE | SWP_NOZORDER);
-    const RECT place = m_tip.GetWindowRect();
-    EXPECT_EQ(place.left, 115) << "as far beside the cursor as below it";
-    EXPECT_EQ(place.top, 215);
-    EXPECT_EQ(place.right - place.left, 60);
-    EXPECT_EQ(place.bottom - place.top, 40);
-
-    LRESULT answer = 0;
-    const Painted painted(60, 40, [&](HDC dc) {
-        draw.hdc = dc;
-        draw.dwDrawStage = CDDS_POSTPAINT;
-        answer = ask();
-    });
-    EXPECT_EQ(answer, CDRF_SKIPDEFAULT);
-    EXPECT_EQ(painted.At(30, 20), RGB(0x20, 0x40, 0x60));
 }
 
 }  // namespace

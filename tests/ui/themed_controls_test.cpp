@@ -1,11 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "support/sandbox.h"
 #include "ui/painted.h"
 #include "ui/theme/glass_button.h"
 #include "ui/theme/qm_dialog_base.h"
@@ -140,14 +137,6 @@ TEST_F(GlassButton, DisabledTextIsGreyWhateverTheAccent) {
     }
 }
 
-TEST_F(GlassButton, WhatIsNoRadiusMakesSquareCorners) {
-    const Painted square = Paint({.radius = 0});
-    EXPECT_TRUE(Paint({.radius = -8}) == square);
-    EXPECT_TRUE(Paint({.radius = std::nanf("")}) == square);
-    EXPECT_EQ(Paint({.radius = 20}).At(kItem.left, kItem.top), g_Theme.background.ToCOLORREF());
-    EXPECT_NE(square.At(kItem.left, kItem.top), g_Theme.background.ToCOLORREF());
-}
-
 TEST_F(GlassButton, StaysAButtonOfTheSystem) {
     CGlassButton button;
     ASSERT_TRUE(button.Attach(MakeButton("&Scan"), 8));
@@ -168,49 +157,6 @@ TEST_F(GlassButton, StaysAButtonOfTheSystem) {
     EXPECT_EQ(::GetPixel(CClientDC(button), 0, 0), g_Theme.background.ToCOLORREF())
         << "painted by reflection";
     EXPECT_FALSE(CGlassButton().Attach(nullptr, 8));
-}
-
-TEST_F(GlassButton, ANewPictureReplacesTheFormer) {
-    const TestFolder folder;
-    const std::string path = folder.At("p.bmp");
-    Gdiplus::Bitmap picture(9, 5, PixelFormat24bppRGB);
-    constexpr CLSID kBmp = {0x557cf400, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
-    ASSERT_EQ(picture.Save(WideText(path).c_str(), &kBmp, nullptr), Gdiplus::Ok);
-    CGlassButton button;
-    const HWND window = MakeButton("Scan");
-    ASSERT_TRUE(button.Attach(window, 8, path.c_str()));
-    ASSERT_NE(button.Image(), nullptr);
-    EXPECT_EQ(button.Image()->GetWidth(), 9u);
-    EXPECT_TRUE(::DeleteFileA(path.c_str())) << "a loaded picture does not keep its file";
-    ASSERT_TRUE(button.Attach(window, 8));
-    EXPECT_NE(button.Image(), nullptr) << "without a path it stays";
-    ASSERT_TRUE(button.Attach(window, 8, path.c_str()));
-    EXPECT_EQ(button.Image(), nullptr);
-}
-
-// --- groups ---
-
-TEST_F(ThemedControls, AGroupPaintsItsFrameWithAGapForTheCaption) {
-    CThemeGroup group;
-    ASSERT_NE(group.Create(m_parent, &kPlace, "Caption", 0, 0, 7001), nullptr);
-    const auto paint = [&group] { return Painted(200, 120, [&group](HDC dc) { group.DoPaint(dc); }); };
-    const Painted framed = paint();
-    const COLORREF line = g_Theme.text.ToCOLORREF(), ground = g_Theme.background.ToCOLORREF();
-    EXPECT_EQ(framed.BoundsOfInk().right, 200);
-    for (const POINT point : {POINT{0, 60}, POINT{199, 60}, POINT{100, 119}, POINT{150, 8}}) {
-        EXPECT_EQ(framed.At(point.x, point.y), line) << point.x << ' ' << point.y;
-    }
-    EXPECT_EQ(framed.At(6, 8), ground) << "the gap";
-    EXPECT_EQ(framed.At(100, 60), ground);
-    group.SetText("");
-    EXPECT_EQ(paint().At(20, 8), line) << "no gap without a caption";
-    group.SetText("Other");
-    EXPECT_EQ(group.Text(), "Other");
-    group.SetFlat(true);
-    const Painted flat = paint();
-    EXPECT_EQ(flat.At(100, 17), g_Theme.accentActive.ToCOLORREF());
-    EXPECT_EQ(flat.At(0, 60), ground);
-    EXPECT_EQ(group.Send(WM_NCHITTEST, 0, MAKELPARAM(50, 50)), HTTRANSPARENT) << "the mouse passes through";
 }
 
 TEST_F(ThemedControls, HardTextsHurtNoControl) {
@@ -268,44 +214,7 @@ class FloatingDialog : public ThemedControls {
     static void Pump() {
         for (MSG message; ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);) ::DispatchMessageA(&message);
     }
-    static POINT Middle(const RECT& rect) {
-        return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
-    }
 };
-
-TEST_F(FloatingDialog, CentresOverItsParentOrTheDesktop) {
-    const auto isOver = [](const CFloating& dialog, const RECT& outer) {
-        const POINT own = Middle(dialog.GetWindowRect()), wanted = Middle(outer);
-        return std::abs(own.x - wanted.x) <= 1 && std::abs(own.y - wanted.y) <= 1;
-    };
-    const RECT place = {300, 200, 700, 500};
-    m_parent.MoveWindow(place);
-    {
-        CFloating dialog;
-        ASSERT_TRUE(dialog.Make(m_parent));
-        EXPECT_TRUE(isOver(dialog, place));
-        dialog.DestroyWindow();
-    }
-    RECT desktop = {};
-    ::GetWindowRect(::GetDesktopWindow(), &desktop);
-    for (const int how : {SW_MINIMIZE, SW_HIDE}) {
-        m_parent.ShowWindow(how);
-        CFloating dialog;
-        ASSERT_TRUE(dialog.Make(m_parent));
-        EXPECT_TRUE(isOver(dialog, desktop)) << how;
-        dialog.DestroyWindow();
-    }
-    const RECT corner = {0, 0, 40, 40};
-    m_parent.ShowWindow(SW_SHOWNORMAL);
-    m_parent.MoveWindow(corner);
-    CFloating dialog;
-    ASSERT_TRUE(dialog.Make(m_parent));
-    EXPECT_EQ(dialog.GetWindowRect().left, 0);
-    EXPECT_EQ(dialog.GetWindowRect().top, 0);
-    const UniqueRegion region(::CreateRectRgn(0, 0, 0, 0));
-    EXPECT_EQ(::GetWindowRgn(dialog, region.get()), COMPLEXREGION) << "round corners";
-    dialog.DestroyWindow();
-}
 
 TEST_F(FloatingDialog, IsMovedByItsTitle) {
     const RECT place = {300, 200, 700, 500};
