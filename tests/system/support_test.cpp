@@ -70,9 +70,4 @@ TEST(TestMain, RefusesToStartWhereAShellFolderLeadsOutOfThePrefix) {
     EXPECT_EQ(ExitCodeOfAnotherRun(), 0u);
 }
 
-TEST(TestMainDeathTest, EndsAfterACrashWithALine) {
-    EXPECT_EXIT(::RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr),
-                ::testing::ExitedWithCode(99), "Crashed: exception 0xc0000005");
-}
-
 }  // namespace
