@@ -18,10 +18,7 @@ const Base64Case kBase64Cases[] = {
     {"both signs of the alphabet", "+/+/", "\xFB\xFF\xBF"},
     {"the padding ends the text", "VmVsdg==VmVs", "Velv"},
     {"a line break ends it too", "VmVs\ndmFu", "Vel"},
-    {"so does a byte beyond ASCII", "VmVs\xE9mFu", "Vel"},
-    {"one letter over gives nothing", "VmVsd", "Vel"},
     {"two letters over give one byte, their last bits dropped", "VmVsd/", "Velw"},
-    {"three letters over give two bytes", "VmVsdmE", "Velva"},
 };
 
 TEST(Base64, DecodesUpToTheFirstForeignCharacter) {

@@ -132,16 +132,6 @@ TEST(DbContainer, FindsTheOneEntry) {
     EXPECT_TRUE(missing.out.has_value()) << "an archive without the entry gives an empty block";
 }
 
-TEST(DbContainer, AlwaysUnscramblesTheFile) {
-    for (Bytes file : {AsBytes("no archive"), Encode(AsBytes("payload"))}) {
-        const Bytes before = file;
-        std::uint8_t* out = nullptr;
-        DecodeDbFile(file.data(), static_cast<std::uint32_t>(file.size()), &out);
-        const UniqueBlock block(out);
-        EXPECT_EQ(file, UnderKey(before));
-    }
-}
-
 TEST(DbContainer, CorruptDataGivesTheDeclaredSizeAndZerosForTheRest) {
     const Bytes payload = Mixed(60000);
     Bytes file = Encode(payload);

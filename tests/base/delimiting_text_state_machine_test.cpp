@@ -17,28 +17,22 @@ struct ReplaceCase {
     const char* replaced;
 };
 
-// With %Windir%, %win32%, %sid% (empty), %self% and %%.
+// With %Windir%, %sid% (empty) and %self%.
 const ReplaceCase kReplaceCases[] = {
     {"in any case", "%WINDIR%\\x %windir%%WinDir%", "C:\\Windows\\x C:\\WindowsC:\\Windows"},
-    {"names with a common beginning", "%win32% %windir%", "32 C:\\Windows"},
     {"an empty value", "HKU\\%sid%\\x", "HKU\\\\x"},
     {"no variable inside a value", "%self%", "%windir%"},
     {"an unknown name stays", "%recyclebin%\\", "%recyclebin%\\"},
     {"a match that dies leaves the next delimiter free", "%nothing%windir%", "%nothingC:\\Windows"},
-    {"even when it dies late", "%windirs%windir%", "%windirsC:\\Windows"},
     {"a delimiter inside a known name is lost", "%win%windir%", "%win%windir%"},
-    {"and the name behind it is whole again", "%win%%windir%", "%win%C:\\Windows"},
-    {"a name of nothing", "%%windir%", "percentwindir%"},
     {"the text ends inside a name", "%windir", "%windir"},
 };
 
 TEST(DelimitingTextStateMachine, ReplacesKnownVariablesInOnePass) {
     Machine machine('%');
     machine.AddDelimitedText("%Windir%", "C:\\Windows");
-    machine.AddDelimitedText("%win32%", "32");
     machine.AddDelimitedText("%sid%", "");
     machine.AddDelimitedText("%self%", "%windir%");
-    machine.AddDelimitedText("%%", "percent");
     for (const ReplaceCase& row : kReplaceCases)
         EXPECT_EQ(Replaced(machine, row.text), row.replaced) << row.what;
 }
@@ -58,13 +52,6 @@ TEST(DelimitingTextStateMachine, KeysAreTakenOnceAndForAll) {
     EXPECT_EQ(Replaced(machine, "%temp% %tempo% %te% %open %%"), "first music %te% %open %%");
     EXPECT_TRUE(machine.AddDelimitedText("%open%", "at last"));
     EXPECT_EQ(Replaced(machine, "%open%"), "at last");
-}
-
-TEST(DelimitingTextStateMachine, ANameBeyondAsciiNeverMatches) {
-    Machine machine('%');
-    machine.AddDelimitedText("%caf\xC3\xA9%", "x");
-    machine.AddDelimitedText("%\xFF%", "x");
-    EXPECT_EQ(Replaced(machine, "%caf\xC3\xA9% %\xFF% %caf% %%"), "%caf\xC3\xA9% %\xFF% %caf% %%");
 }
 
 TEST(DelimitingTextStateMachine, TheSecondByteOfADoubleByteCharacterIsNoDelimiter) {

@@ -2,43 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
 #include <string>
-#include <vector>
 
 namespace {
-
-struct GrowthCase {
-    const char* what;
-    std::vector<std::size_t> writes;
-    std::size_t capacity;
-};
-
-const GrowthCase kGrowthCases[] = {
-    {"nothing written", {}, 100000},
-    {"below the capacity", {99999}, 100000},
-    {"a write that reaches the capacity doubles it", {100000}, 200000},
-    {"so do many small ones", {60000, 39999, 1}, 200000},
-    {"twice the capacity is taken exactly", {200000}, 200000},
-    {"more than twice is taken exactly", {250000}, 250000},
-};
-
-TEST(ArchiveBuffer, GrowsByDoublingOrToWhatIsNeeded) {
-    for (const GrowthCase& row : kGrowthCases) {
-        ArchiveBuffer buffer;
-        std::vector<std::uint8_t> written;
-        for (const std::size_t size : row.writes) {
-            std::vector<std::uint8_t> block(size);
-            std::iota(block.begin(), block.end(), static_cast<std::uint8_t>(written.size() + 1));
-            EXPECT_TRUE(buffer.Write(block.data(), size)) << row.what;
-            written.insert(written.end(), block.begin(), block.end());
-        }
-        EXPECT_EQ(buffer.Capacity(), row.capacity) << row.what;
-        EXPECT_TRUE(
-            std::equal(written.begin(), written.end(), buffer.Data(), buffer.Data() + buffer.Length()))
-            << row.what;
-    }
-}
 
 TEST(ArchiveBuffer, CountsFromThePositionAndNotFromTheLength) {
     ArchiveBuffer buffer;
