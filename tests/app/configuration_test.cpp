@@ -5,7 +5,6 @@
 #include <shlobj.h>
 
 #include <climits>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -58,11 +57,10 @@ class Configuration : public ::testing::Test {
     static std::unique_ptr<CCleanAppConfig> Make() {
         return std::make_unique<CCleanAppConfig>(kModule, kCompany, kProduct, 77);
     }
-    static std::unique_ptr<CCleanAppConfig> Loaded(const std::string& preferences,
-                                                   WINDOWPLACEMENT* placement = nullptr) {
+    static std::unique_ptr<CCleanAppConfig> Loaded(const std::string& preferences) {
         auto config = Make();
         EXPECT_TRUE(std::ofstream(File(), std::ios::binary) << preferences << std::flush);
-        config->Load(placement);
+        config->Load(nullptr);
         return config;
     }
 
@@ -93,16 +91,6 @@ Options DefaultsBut(Options changed) {
     return changed;
 }
 
-TEST_F(Configuration, KnowsItsFoldersAndMakesThem) {
-    const auto config = Make();
-    for (const int csidl : {CSIDL_COMMON_APPDATA, CSIDL_APPDATA}) {
-        EXPECT_EQ(NamesIn(Folder(csidl)), std::vector<std::string>{kProduct});
-    }
-    EXPECT_EQ(config->GetString(KEY_APPDIR), program.Path());
-    EXPECT_EQ(config->GetString(KEY_HELPFILE), program.At("Quillmere Velvane.chm"));
-    EXPECT_EQ(config->GetString(KEY_AUTOCHECKUPDATES), nullptr);
-}
-
 TEST_F(Configuration, ReadsThePreferencesElementByElement) {
     using std::string_literals::operator""s;
     const struct {
@@ -119,9 +107,6 @@ TEST_F(Configuration, ReadsThePreferencesElementByElement) {
          "<config><erasemode>3</erasemode><erasemode>99999999999</erasemode>"
          "<cleanmode>-99999999999999999999</cleanmode></config>",
          {{KEY_ERASEMODE, INT_MAX}, {KEY_CLEANMODE, INT_MIN}}},
-        {"what is no number is 0", "<config><erasemode>many</erasemode></config>", {{KEY_ERASEMODE, 0}}},
-        {"an empty element is 0", "<config><erasemode/></config>", {{KEY_ERASEMODE, 0}}},
-        {"names count with their case", "<config><EraseMode>3</EraseMode></config>", {}},
         {"the first config counts, and its own children alone",
          "<a><config><x><erasemode>3</erasemode></x><cleanmode>7</cleanmode></config></a>"
          "<config><autoclean>1</autoclean></config>",
@@ -131,20 +116,6 @@ TEST_F(Configuration, ReadsThePreferencesElementByElement) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(OptionsOf(*Loaded(row.text)), DefaultsBut(row.changed)) << row.behaviour;
-    }
-}
-
-TEST_F(Configuration, ReadsAPlacementButNeverAMinimisedOne) {
-    WINDOWPLACEMENT placement = {};
-    Loaded(
-        "<config><windowplacement flags='1' minposx='-2' minposy='3' maxposx='4' left='99999999999' top='7' "
-        "right='8' bottom='9' showcmd='3'/></config>",
-        &placement);
-    const WINDOWPLACEMENT expected = {44, 1, SW_SHOWMAXIMIZED, {-2, 3}, {4, 0}, {LONG_MAX, 7, 8, 9}};
-    EXPECT_EQ(std::memcmp(&placement, &expected, sizeof expected), 0);
-    for (const char* minimised : {"2", "6"}) {
-        Loaded(std::string("<config><windowplacement showcmd='") + minimised + "'/></config>", &placement);
-        EXPECT_EQ(placement.showCmd, UINT{SW_SHOWNORMAL});
     }
 }
 
