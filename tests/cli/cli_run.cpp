@@ -68,10 +68,6 @@ CliProcess::CliProcess(const TestFolder& folder, const std::vector<std::string>&
     m_process.reset(process.hProcess);
 }
 
-std::string CliProcess::Errors() const {
-    return FileContent(m_errFile).value_or("");
-}
-
 CliResult CliProcess::Wait() {
     if (::WaitForSingleObject(m_process.get(), kRunLimit) != WAIT_OBJECT_0) {
         ADD_FAILURE() << "velvane-cli.exe does not end";

@@ -26,8 +26,6 @@ class CliProcess {
     // Input is empty, or with `onConsole` the console of the test program; the outputs are files in `folder`.
     CliProcess(const TestFolder& folder, const std::vector<std::string>& arguments, bool onConsole = false);
 
-    // What it has written to standard error so far.
-    std::string Errors() const;
     // Waits for the end. A start that hangs is ended, and that fails the test.
     CliResult Wait();
 

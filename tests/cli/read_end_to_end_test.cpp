@@ -66,22 +66,13 @@ TEST_F(CliRead, ScanTellsEverythingInOneObject) {
     EXPECT_EQ(json["definitions"], ordered_json::parse(R"({"version": 7, "date": "2008-05-01"})"));
     EXPECT_EQ(json["found"], 8);
     EXPECT_EQ(json["whitelisted"], 1);
-    EXPECT_EQ(json["stopped"], false);
-    EXPECT_TRUE(json["elapsed_ms"].is_number_unsigned());
     ASSERT_EQ(json["categories"].size(), 2u);
-
     const ordered_json& category = json["categories"][0];
-    EXPECT_EQ(KeysOf(category), (Names{"name", "enabled", "found", "applications"}));
     EXPECT_EQ(category["name"], "Caf\xC3\xA9");
-    EXPECT_EQ(category["found"], 7) << "the engine does not count ini values here";
-    const ordered_json& application = category["applications"][0];
-    EXPECT_EQ(KeysOf(application), (Names{"name", "enabled", "present", "found", "entities"}));
-    EXPECT_EQ(application["present"], true);
     EXPECT_EQ(category["applications"][1]["present"], false);
+    const ordered_json& application = category["applications"][0];
     const ordered_json& files = application["entities"][0];
     EXPECT_EQ(KeysOf(files), (Names{"name", "enabled", "whitelistable", "found", "results"}));
-    EXPECT_EQ(files["whitelistable"], true);
-    EXPECT_EQ(json["categories"][1]["applications"][0]["entities"][0]["enabled"], false);
     EXPECT_TRUE(json["categories"][1]["applications"][0]["entities"][0]["results"].empty());
 
     // Each kind of result.
@@ -109,19 +100,6 @@ TEST_F(CliRead, ScanTellsEverythingInOneObject) {
              result("ini", data + "reader.ini", "[Session]LastOpened", true, "LastOpened = 'book.pdf'")}));
 }
 
-TEST_F(CliRead, ListIsTheTreeWithoutResults) {
-    MakeTraces();
-    const ordered_json json = RunJson({"list", "--only", "Second", "--except", "Second/App"}, 0);
-    EXPECT_EQ(KeysOf(json), (Names{"definitions", "categories"}));
-    EXPECT_EQ(json["categories"][0]["enabled"], false);
-    EXPECT_EQ(json["categories"][1]["enabled"], true);
-    EXPECT_EQ(json["categories"][1]["applications"][0]["enabled"], false);
-    EXPECT_FALSE(json["categories"][0]["applications"][0]["entities"][0].contains("results"));
-    const CliResult text = Run({"list"});
-    EXPECT_NE(text.out.find("[x] Second\n  [x] App\n    [ ] Off\n"), std::string::npos) << text.out;
-    EXPECT_NE(text.out.find("[x] Gone  (not on this machine)"), std::string::npos) << text.out;
-}
-
 TEST_F(CliRead, BytesThatAreNoTextDoNotBreakTheOutput) {
     key.SetRaw("\x01\x1B[2J", REG_SZ, std::string("bell\x07\0", 6));
     WriteDefinitions(DefinitionsXml(ElementXml(
@@ -143,8 +121,6 @@ TEST_F(CliRead, LookingChangesNothing) {
     const std::vector<Names> lines = {{"list"},
                                       {"scan"},
                                       {"expand", "%x%"},
-                                      {"restricted", "C:\\"},
-                                      {"scan", "--yes"},
                                       {"clean", "--dry-run"},
                                       {"shred", "--dry-run", data + "cache", data + "history"},
                                       {"clean", "--dry-run", "--yes", "--passes", "3"}};
@@ -175,7 +151,6 @@ TEST_F(CliRead, ExpandAndRestrictedAnswer) {
     MakeTraces();
     const std::string windows = FolderPath(CSIDL_WINDOWS).value();
     EXPECT_EQ(Run({"expand", "%WinDir%\\x %nothing%"}).out, windows + "\\x %nothing%\n");
-    EXPECT_EQ(RunJson({"expand", "%windir%"}, 0)["expanded"], windows);
     const ordered_json json = RunJson({"restricted", windows, windows + "\\x", "C:\\", "C:\\\\"}, 0);
     const auto answer = [&](int i) {
         return Names{json["paths"][i]["restricted_location"].dump(),
@@ -189,20 +164,11 @@ TEST_F(CliRead, ExpandAndRestrictedAnswer) {
 }
 
 TEST_F(CliRead, DefinitionsThatCannotBeUsedEndWithTwo) {
-    const struct {
-        const char* name;
-        std::string bytes;
-    } rows[] = {
-        {"empty", ""},
-        {"another document", PackDb("<x/>")},
-    };
-    for (const auto& row : rows) {
-        folder.MakeFile("defs.db", row.bytes);
-        const CliResult result = Run({"scan"});
-        EXPECT_EQ(result.exitCode, 2) << row.name;
-        EXPECT_EQ(result.out, "") << row.name;
-        EXPECT_TRUE(IsOneErrorLine(result.err, definitions + ": holds no definitions")) << row.name;
-    }
+    folder.MakeFile("defs.db", PackDb("<x/>"));
+    const CliResult another = Run({"scan"});
+    EXPECT_EQ(another.exitCode, 2);
+    EXPECT_EQ(another.out, "");
+    EXPECT_TRUE(IsOneErrorLine(another.err, definitions + ": holds no definitions"));
     ::DeleteFileA(definitions.c_str());
     const CliResult missing = Run({"clean", "--yes"});
     EXPECT_EQ(missing.exitCode, 2);
@@ -234,14 +200,6 @@ TEST_F(CliRead, UsageErrorsAndHelp) {
     const CliResult help = CliProcess(folder, {"--help"}).Wait();
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_NE(help.out.find("--definitions"), std::string::npos) << help.out;
-}
-
-TEST_F(CliRead, QuietTellsErrorsAlone) {
-    MakeTraces();
-    const CliResult result = Run({"scan", "--quiet"});
-    EXPECT_EQ(result.exitCode, 0);
-    EXPECT_EQ(result.out + result.err, "");
-    EXPECT_EQ(RunJson({"scan", "--quiet"}, 0)["found"], 8) << "what a program asked for is no chatter";
 }
 
 }  // namespace
