@@ -57,21 +57,6 @@ TEST(Patterns, TakeThePlacesOfTheirUsesInOrderWithTheirParameters) {
     EXPECT_EQ(Expanded({use, pattern}), expected);
 }
 
-TEST(Patterns, StandForEachValueOfTheirListsAlsoAmongVariables) {
-    EXPECT_EQ(Expanded({"<Pattern Name='p' Numbers='0|1'><LocationVariable Name='$(V)$(Numbers)' "
-                        "Section='P$(Numbers)'/></Pattern>"
-                        "<LocationVariables><Use Pattern='p' V='x|y'/></LocationVariables>"}),
-              R"(<xclean_def>
-  <LocationVariables>
-    <LocationVariable Name="x0" Section="P0"/>
-    <LocationVariable Name="y0" Section="P0"/>
-    <LocationVariable Name="x1" Section="P1"/>
-    <LocationVariable Name="y1" Section="P1"/>
-  </LocationVariables>
-</xclean_def>
-)");
-}
-
 TEST(Patterns, TellWhereSomethingIsWrongWithThem) {
     const std::string c = "<Category Name='C'>";
     const std::string end = "</Category>";
