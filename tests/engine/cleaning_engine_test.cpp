@@ -87,31 +87,6 @@ TEST_F(Workers, OneThatRunsAnswersEveryStartWithItsWindowAndGoesOn) {
     EXPECT_TRUE(other.Messages().empty());
 }
 
-TEST_F(Workers, AreNotBusyInTheEndMessageOfLoadAndListButInThatOfScanCleanAndShred) {
-    WriteDefinitions(SeveralNodes());
-    std::vector<std::pair<UINT, bool>> busyInEnd;
-    window.OnMessage([&](const RecordedMessage& message) {
-        const UINT end = message.message;
-        if (end == WM_ENGINE_LOADED || end == WM_ENGINE_SCAN_DONE || end == WM_ENGINE_CLEAN_DONE ||
-            end == WM_ENGINE_SHRED_DONE) {
-            busyInEnd.emplace_back(end, engine->IsBusy());
-        }
-        return window.DefaultAnswer(message);
-    });
-    EXPECT_TRUE(Load());
-    EXPECT_FALSE(window.Messages(WM_ENGINE_LOADED).front().sentByWorker) << "it is posted";
-    List();
-    Scan();
-    Clean();
-    Shred(1);
-    const std::vector<std::pair<UINT, bool>> expected = {{WM_ENGINE_LOADED, false},
-                                                         {WM_ENGINE_SHRED_DONE, false},
-                                                         {WM_ENGINE_SCAN_DONE, true},
-                                                         {WM_ENGINE_CLEAN_DONE, true},
-                                                         {WM_ENGINE_SHRED_DONE, true}};
-    EXPECT_EQ(busyInEnd, expected);
-}
-
 TEST_F(Workers, AreWaitedForByTheDestructorWhichAnswersTheirMessages) {
     ASSERT_TRUE(Load(SeveralNodes()));
     window.Clear();

@@ -194,6 +194,14 @@ TEST(FolderSearch, ARealLinkIsListedAndNeverEntered) {
     EXPECT_EQ(Search(folder.Path(), "*.txt"), Lines());
 }
 
+TEST(FolderSearch, AStopIsHeededBehindEachEntry) {
+    const TestFolder folder;
+    for (const char* name : {"1", "2", "3"}) folder.MakeFile(name);
+    RecordingSink sink;
+    sink.stopAfter = 2;
+    EXPECT_EQ(ScanFolder(folder.Path(), nullptr, sink), 2u);
+}
+
 TEST(IniSearch, FindsAKeyThatHasAText) {
     const TestFolder folder;
     const std::string file =

@@ -125,27 +125,6 @@ TEST_F(ItemStates, OfAFileAreAppliedLineByLineOverTheDefaults) {
     }
 }
 
-TEST_F(ItemStates, AreTheDefaultsWhereTheFileIsMissingOrPlainText) {
-    LoadTwoCategories();
-    EXPECT_EQ(EnabledFlags(), "111111110");
-    const std::string states = StatesXml(StateLine({"C"}, "no"));
-    std::string underTheKey = states;
-    for (char& c : underTheKey) c = static_cast<char>(c ^ 0x5B);
-    const std::pair<std::string, const char*> cases[] = {
-        {states, "111111110"},  // plain text
-        {underTheKey, "111111010"},
-        {PackDb("<scan_item_states/>" + states), "111111110"},  // the first one counts
-    };
-    for (const auto& [content, flags] : cases) {
-        SCOPED_TRACE(content);
-        RestartEngine();
-        folder.MakeFile("CleanPreferences.db", content);
-        LoadTwoCategories();
-        EXPECT_EQ(EnabledFlags(), flags);
-        EXPECT_EQ(FileContent(preferencesFile), content) << "reading writes nothing";
-    }
-}
-
 TEST_F(ItemStates, AreSavedByAReloadAndNotByAnEndWithout) {
     LoadTwoCategories();
     EXPECT_FALSE(Exists(preferencesFile));

@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shlobj.h>
+
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/random_text.h"
-#include "engine/app_data_stand_in.h"
 #include "engine/engine_fixture.h"
 #include "engine/message_log.h"
 #include "engine/write_recorder.h"
@@ -20,14 +21,23 @@ using Lines = std::vector<std::string>;
 // An engine whose application data lie in the test's folder.
 class Reboot : public EngineTest {
   protected:
-    Reboot() { RestartEngine(); }
+    Reboot() {
+        m_folders.Replace([this](HWND owner, int csidl, HANDLE token, DWORD flags, LPSTR path) -> HRESULT {
+            if (csidl != CSIDL_APPDATA) return m_folders.Real()(owner, csidl, token, flags, path);
+            path[data.copy(path, MAX_PATH - 1)] = '\0';
+            return S_OK;
+        });
+        RestartEngine();
+    }
     // It saves nothing on its way out, but it goes before what it was told of does.
     ~Reboot() override { engine.reset(); }
 
     const std::string data = folder.MakeFolder("data");
-    AppDataStandIn appData{data};
     const std::string product = folder.MakeFolder("data\\Quillmere\\Velvane");
     const std::string rebootFolder = product + "\\DeleteOnReboot\\";
+
+  private:
+    ApiHook<decltype(&::SHGetFolderPathA)> m_folders{"SHGetFolderPathA"};
 };
 
 // What the system was asked to do at its restart.

@@ -97,18 +97,6 @@ TEST(KeySearch, AKeyThatDeniesUsIsReadUnderTheGrantAndHasItsOldSecurityBack) {
     EXPECT_EQ(DaclBytes(key.Root(), key.At("locked")), outer);
 }
 
-TEST(KeySearch, AKeyThatStaysClosedIsOnlyNamedAndItsSecurityIsWrittenBack) {
-    const TestKey key;
-    key.SetText("secret", "x", "locked");
-    DenyEveryone(key.Root(), key.At("locked"));
-    const auto before = DaclBytes(key.Root(), key.At("locked"));
-    auto set = API_HOOK(RegSetKeySecurity);
-    set.FailAt(1, 0, ERROR_ACCESS_DENIED);
-    EXPECT_EQ(Search(key), Lines{"key |locked"});
-    EXPECT_EQ(set.Calls(), 2) << "the refused grant and the old security";
-    EXPECT_EQ(DaclBytes(key.Root(), key.At("locked")), before);
-}
-
 TEST(KeySearch, DeepKeysAndLongNamesAreFoundAndCanBeDeleted) {
     const TestKey key;
     {
