@@ -171,7 +171,7 @@ std::shared_ptr<void> MakeGroups(HWND parent) {
     return groups;
 }
 
-// --- shapes, text ---
+// --- shapes ---
 
 std::shared_ptr<void> MakeShapes(HWND parent) {
     return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
@@ -191,43 +191,6 @@ std::shared_ptr<void> MakeShapes(HWND parent) {
             DrawRoundRect(g, ToRectF(Box(x, 240, 60, 48)), Gdiplus::Color(0xFFFF8522), 1.8f, radius);
             x += 70;
         }
-    });
-}
-
-std::shared_ptr<void> MakeTexts(HWND parent) {
-    return CCanvas::Fill(parent, [](HDC, Gdiplus::Graphics& g) {
-        const char* const sentence = "The quick brown fox over the dog \xC3\xA9\xC3\xB6\xC3\xB1";
-        int y = 10;
-        for (const int points : {18, 12, 10, 8}) {
-            for (const int fontStyle :
-                 {Gdiplus::FontStyleRegular, Gdiplus::FontStyleBold, Gdiplus::FontStyleUnderline}) {
-                TextStyle style;
-                style.points = points;
-                style.fontStyle = fontStyle;
-                const SIZE size = g_Theme.MeasureText(sentence, points, fontStyle);
-                const RECT box = Box(10, y, 0, 0);
-                g_Theme.DrawText(g, sentence,
-                                 {static_cast<float>(box.left), static_cast<float>(box.top),
-                                  static_cast<float>(size.cx), static_cast<float>(size.cy)},
-                                 style);
-                y += points * 2;
-            }
-        }
-        // The same in boxes that are too narrow, and in several lines.
-        TextStyle style;
-        style.points = 10;
-        int x = 10;
-        for (const int width : {40, 90, 160}) {
-            const Gdiplus::RectF box = ToRectF(Box(x, y, width, 50));
-            DrawRoundRect(g, box, g_Theme.panelLine, 1, 0);
-            g_Theme.DrawText(g, sentence, box, style);
-            x += width + 8;
-        }
-        const Gdiplus::RectF single = ToRectF(Box(330, y, 160, 22));
-        DrawRoundRect(g, single, g_Theme.panelLine, 1, 0);
-        style.vertical = Gdiplus::StringAlignmentCenter;
-        style.horizontal = Gdiplus::StringAlignmentFar;
-        g_Theme.DrawText(g, "C:\\Users\\someone\\AppData\\Local\\a long path\\that ends.txt", single, style);
     });
 }
 
@@ -338,7 +301,6 @@ std::shared_ptr<void> MakeTips(HWND parent) {
 std::vector<GalleryPanel> GalleryPanels() {
     return {
         {"shapes", {500, 300}, MakeShapes},
-        {"texts", {500, 360}, MakeTexts},
         {"buttons", {510, 270}, [](HWND parent) { return MakeButtonStates(parent, kButtonKinds); }},
         {"large-buttons",
          {510, 380},

@@ -1,18 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "ui/screens/nav_layout.h"
 
 namespace {
 
 constexpr SIZE kPicture = {32, 24};
 constexpr SIZE kDefault = {800, 580};
-
-std::string Edges(const RECT& r) {
-    return std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) + "," +
-           std::to_string(r.bottom);
-}
 
 TEST(NavLayout, APointIsInOneEntryOrNone) {
     const NavMetrics metrics;
@@ -54,28 +47,6 @@ TEST(NavHitTest, EachPointHasItsMeaning) {
         EXPECT_EQ(NavHitTest(row.point, kDefault, NavMetrics(), caption, {.zoomed = true}), row.zoomed);
     }
     EXPECT_EQ(NavHitTest({758, 12}, kDefault, NavMetrics(), caption, {.closeAllowed = false}), HTCAPTION);
-}
-
-TEST(NavLayout, AWindowOpensInTheMiddleAndFits) {
-    const struct {
-        const char* name;
-        RECT work;
-        SIZE size, minimum;
-        const char* place;
-    } kCases[] = {
-        {"on a second monitor", {1920, 100, 2944, 868}, kDefault, {}, "2032,194,2832,774"},
-        {"a small work area", {0, 30, 640, 480}, kDefault, {}, "0,30,640,480"},
-        {"no smaller than its minimum", {0, 0, 1920, 1040}, kDefault, {1000, 700}, "460,170,1460,870"},
-        {"which yields to the work area", {0, 0, 900, 600}, kDefault, {1000, 700}, "0,0,900,600"},
-    };
-    for (const auto& row : kCases) {
-        EXPECT_EQ(Edges(NavDefaultPlace(row.work, row.size, row.minimum)), row.place) << row.name;
-    }
-    MINMAXINFO limits = {};
-    LimitNavWindow(limits, {1920, 40, 2944, 808}, {1920, 0, 2944, 808}, {3, 4}, {600, 900});
-    const POINT place = limits.ptMaxPosition, size = limits.ptMaxSize, least = limits.ptMinTrackSize;
-    EXPECT_EQ(Edges({place.x, place.y, size.x, size.y}), "-3,36,1030,776");
-    EXPECT_EQ(Edges({0, 0, least.x, least.y}), "0,0,600,768") << "the minimum yields to the work area";
 }
 
 }  // namespace

@@ -2,86 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
-void PrintTo(const RowRect& rect, std::ostream* out) {
-    *out << rect.x << "," << rect.y << " " << rect.width << "x" << rect.height;
-}
-
 namespace {
 
 // Counts of 60, links of 70 and lines of 16 pixels.
 constexpr RowMetrics kResults = {1, false, 60, 70, 16, 1};
-constexpr RowMetrics kDouble = {1, false, 120, 140, 32, 2};
-constexpr RowRect kNone = {};
-
-struct LayoutCase {
-    const char* name;
-    RowMetrics metrics;
-    std::uint32_t level;
-    bool hasChildren;
-    RowRect given;
-    RowParts parts;
-};
-
-const LayoutCase kLayouts[] = {
-    {"a wide card has a count and a link",
-     kResults,
-     1,
-     true,
-     {0, 100, 600, 46},
-     {{2, 104, 594, 42},
-      {520, 110, 70, 16},
-      {6, 109, 32, 32},
-      {42, 118, 12, 13},
-      {59, 107, 403, 16},
-      {456, 110, 60, 16}}},
-    {"one pixel more makes room for the count",
-     kResults,
-     1,
-     true,
-     {0, 0, 318, 46},
-     {{2, 4, 312, 42}, kNone, {6, 9, 32, 32}, {42, 18, 12, 13}, {59, 7, 195, 16}, {248, 10, 60, 16}}},
-    {"without children its check box stays",
-     kResults,
-     3,
-     false,
-     {0, 80, 600, 24},
-     {{26, 80, 570, 24}, {54, 86, 0, 12}, kNone, {70, 85, 12, 13}, {86, 80, 450, 23}, {532, 80, 60, 24}}},
-    {"a narrow title keeps two pixels",
-     kResults,
-     2,
-     true,
-     {0, 0, 100, 30},
-     {{26, 0, 70, 30}, {30, 9, 12, 12}, kNone, {46, 8, 12, 13}, {62, 0, 2, 29}, {32, 0, 60, 30}}},
-    {"all is twice as large at twice the scale",
-     kDouble,
-     3,
-     true,
-     {0, 160, 1200, 48},
-     {{52, 160, 1140, 48},
-      {108, 172, 24, 24},
-      kNone,
-      {140, 171, 24, 26},
-      {172, 160, 900, 47},
-      {1064, 160, 120, 48}}},
-};
-
-TEST(RowLayout, PlacesEveryPart) {
-    for (const LayoutCase& row : kLayouts) {
-        SCOPED_TRACE(row.name);
-        const RowParts parts = LayoutRow(row.metrics, row.level, row.hasChildren, row.given);
-        EXPECT_EQ(parts.row, row.parts.row);
-        EXPECT_EQ(parts.expander, row.parts.expander);
-        EXPECT_EQ(parts.icon, row.parts.icon);
-        EXPECT_EQ(parts.check, row.parts.check);
-        EXPECT_EQ(parts.title, row.parts.title);
-        EXPECT_EQ(parts.count, row.parts.count);
-    }
-    EXPECT_EQ(RowHeight(kResults, 1), 46);
-    EXPECT_EQ(RowHeight(kDouble, 4), 48);
-}
-
 struct HitCase {
     const char* name;
     std::uint32_t level;

@@ -42,16 +42,6 @@ TEST(ScanTreeClicks, FirstSelectThenToggleAndTellBeforeCounting) {
     EXPECT_EQ(window.tree.GetSelected(), window.Row("c0e")) << "an empty place changes nothing";
 }
 
-TEST(ScanTreeClicks, DisabledRowIsSelectedAndOpenedButNotChecked) {
-    TreeWindow window;
-    window.AddCards();
-    window.tree.SetNodeEnabled(window.Row("c1a"), false);
-    window.Click(window.PartsOf(window.Row("c1a")).check);
-    EXPECT_TRUE(window.Row("c1a")->checked);
-    window.Click(window.PartsOf(window.Row("c1a")).expander);
-    EXPECT_EQ(window.TakeTold(), (Told{"1 c1a 1 0 1", "2 c1a 0 0 1"}));
-}
-
 TEST(ScanTreeClicks, MixedChecksComeBackAsTheyWere) {
     TreeWindow window;
     window.AddCards();
@@ -235,23 +225,6 @@ TEST(ScanTreeTips, ResultsShowTheirLabelsAndOthersTheirHelp) {
     EXPECT_EQ(tipAt({300, 390, 1, 1}), "none");
     window.tree.Send(WM_MOUSEMOVE, 0, MAKELPARAM(200, 20));
     EXPECT_EQ(::GetFocus(), window.tree.m_hWnd) << "the wheel goes to what the mouse is over";
-
-    // The tip has the text as soon as the pointer has rested.
-    const HWND tip = ::FindWindowA("VelvaneImageTooltip", nullptr);
-    const RowRect title = window.PartsOf(window.Row("c0r")).title;
-    POINT place = {title.x + 10, title.y + 10};
-    window.tree.ClientToScreen(place);
-    ::SetCursorPos(place.x, place.y);
-    window.tree.Send(WM_TIMER, 1001);
-    char text[80] = {};
-    TOOLINFOA tool = {};
-    tool.cbSize = TTTOOLINFOA_V1_SIZE;
-    tool.hwnd = window.tree;
-    tool.uFlags = TTF_IDISHWND;
-    tool.uId = reinterpret_cast<UINT_PTR>(window.tree.m_hWnd);
-    tool.lpszText = text;
-    ::SendMessageA(tip, TTM_GETTEXTA, 80, reinterpret_cast<LPARAM>(&tool));
-    EXPECT_STREQ(text, "c0r");
 }
 
 }  // namespace

@@ -4,22 +4,11 @@
 #include "app/logon_task.h"
 #include "support/api_hook.h"
 #include "ui/screen_host.h"
-#include "ui/screens/clean_mode.h"
 #include "ui/screens/dlg_settings.h"
 
 namespace {
 
 using Calls = std::vector<std::string>;
-
-TEST(CleanMode, EachValueHasAChoiceAndEachChoiceAValue) {
-    const struct {
-        int mode, index, written;
-    } kRows[] = {{0, 0, 0}, {1, 1, 1}, {3, 2, 3}, {5, 2, 3}, {-1, 2, 3}, {7, 3, 7}};
-    for (const auto& row : kRows) {
-        EXPECT_EQ(CleanModeIndex(row.mode), row.index) << row.mode;
-        EXPECT_EQ(CleanModeAt(row.index), row.written) << row.mode;
-    }
-}
 
 class Settings : public testing::Test {
   protected:

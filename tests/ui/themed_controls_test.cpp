@@ -6,7 +6,6 @@
 #include "ui/painted.h"
 #include "ui/theme/glass_button.h"
 #include "ui/theme/qm_dialog_base.h"
-#include "ui/theme/theme_group.h"
 
 // The controls as windows, and what their states paint.
 
@@ -114,16 +113,6 @@ TEST_F(GlassButton, EachStateChangesTheButtonAndNothingElse) {
     }
 }
 
-TEST_F(GlassButton, TheKeyboardsFocusShowsOnAnAccentButtonToo) {
-    for (const bool large : {false, true}) {
-        const Look mouse{.accent = true, .large = large, .state = ODS_FOCUS | ODS_NOFOCUSRECT};
-        const Look keyboard{.accent = true, .large = large, .state = ODS_FOCUS};
-        const RECT ring = Paint(keyboard).BoundsOfChanges(Paint(mouse));
-        EXPECT_GT(ring.right - ring.left, 100);
-        EXPECT_GT(ring.bottom - ring.top, 25);
-    }
-}
-
 TEST_F(GlassButton, DisabledTextIsGreyWhateverTheAccent) {
     const COLORREF grey = RGB(0xBB, 0xBB, 0xBB), white = RGB(255, 255, 255);
     for (const bool accent : {false, true}) {
@@ -157,21 +146,6 @@ TEST_F(GlassButton, StaysAButtonOfTheSystem) {
     EXPECT_EQ(::GetPixel(CClientDC(button), 0, 0), g_Theme.background.ToCOLORREF())
         << "painted by reflection";
     EXPECT_FALSE(CGlassButton().Attach(nullptr, 8));
-}
-
-TEST_F(ThemedControls, HardTextsHurtNoControl) {
-    CGlassButton button;
-    button.Attach(MakeButton(""), 8, nullptr, true, true);
-    CThemeGroup group;
-    group.Create(m_parent, &kPlace, "");
-    for (const std::string& text :
-         {std::string(65536, 'w'), std::string(65536, '\n'), std::string("&"), std::string("&&&"),
-          std::string("\xFF\xC3\x28"), std::string("\xD7\xA9\xD7\x9C")}) {
-        button.SetText(text.c_str());
-        group.SetText(text.c_str());
-        m_parent.RedrawWindow(RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-        EXPECT_FALSE(button.Text().empty() || group.Text().empty());
-    }
 }
 
 // --- the floating dialog ---

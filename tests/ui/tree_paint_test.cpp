@@ -51,16 +51,6 @@ TEST(ScanTreePainting, StripsMakeTheSamePictureAsTheWhole) {
     EXPECT_EQ(window.Picture(), whole);
 }
 
-TEST(ScanTreePainting, TheKeyboardsPlaceIsSeen) {
-    TreeWindow window;
-    window.AddCards();
-    window.Click(window.PartsOf(window.Row("c0a")).title);
-    window.tree.SetFocus();
-    const std::vector<DWORD> focused = window.Picture();
-    window.SetFocus();
-    EXPECT_NE(window.Picture(), focused);
-}
-
 TEST(ScanTreePainting, AnyLabelAndAnySize) {
     const std::string longest(64 * 1024, 'w');
     TreeWindow window;
