@@ -2,17 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-#include <vector>
-
 #include "support/api_hook.h"
-#include "support/sandbox.h"
-#include "system/registry.h"
 
 namespace {
-
-using Rows = std::vector<std::string>;
 
 TEST(RedirectionRows, AreThereForVersions60And61UnderWow64Only) {
     struct {
@@ -61,44 +53,6 @@ TEST(RedirectionLookup, TheLongestRowDecides) {
     tie.sharedLower = {"bcd"};
     EXPECT_TRUE(NeedsNativeView(tie, "ABCD")) << "a tie is not redirected";
     EXPECT_FALSE(NeedsNativeView(tie, "ABC"));
-}
-
-// Classes of the machine, made for a test and removed after it.
-class TestClass {
-  public:
-    explicit TestClass(const char* name, const char* server)
-        : m_path(std::string("SOFTWARE\\Classes\\CLSID\\") + name) {
-        HKEY key = nullptr;
-        ::RegCreateKeyExA(HKEY_LOCAL_MACHINE, (m_path + "\\" + server).c_str(), 0, nullptr, 0, KEY_READ,
-                          nullptr, &key, nullptr);
-        ::RegCloseKey(key);
-    }
-    ~TestClass() { ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, m_path.c_str()); }
-    TestClass(const TestClass&) = delete;
-    TestClass& operator=(const TestClass&) = delete;
-
-    std::string MachineRow() const { return "HKEY_LOCAL_MACHINE\\" + m_path; }
-
-  private:
-    std::string m_path;
-};
-
-TEST(RedirectionRows, Of60ShareClassesWithoutAnInProcessServer) {
-    const TestClass server("{7E1A0001-0000-4000-8000-56656C76616E}", "InprocServer32");
-    const TestClass handler("{7E1A0002-0000-4000-8000-56656C76616E}", "InprocHandler32");
-    const TestClass neither("{7E1A0003-0000-4000-8000-56656C76616E}", "LocalServer32");
-    const RegRedirectionRows rows = BuildRegRedirectionRows(6, 0, true);
-    const auto isShared = [&](const std::string& row) {
-        return std::find(rows.shared.begin(), rows.shared.end(), row) != rows.shared.end();
-    };
-    EXPECT_FALSE(isShared(server.MachineRow()));
-    EXPECT_FALSE(isShared(handler.MachineRow()));
-    EXPECT_TRUE(isShared(neither.MachineRow()));
-    EXPECT_TRUE(isShared("HKEY_CLASSES_ROOT\\CLSID\\{7E1A0003-0000-4000-8000-56656C76616E}"));
-    EXPECT_EQ(rows.redirected.size(), 3u);
-
-    EXPECT_FALSE(NeedsNativeView(rows, server.MachineRow() + "\\x"));
-    EXPECT_TRUE(NeedsNativeView(rows, neither.MachineRow() + "\\x")) << "the longer row wins again";
 }
 
 TEST(RedirectionTable, IsBuiltForTheRunningSystemAndFreed) {
