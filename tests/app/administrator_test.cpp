@@ -57,4 +57,18 @@ TEST(IsUserAdministrator, IsFalseWhenTheTokenCannotBeRead) {
     EXPECT_EQ(Ask(), (Answer{ERROR_ACCESS_DENIED, false}));
 }
 
+// kept: so does one that the table of versions does not know.
+TEST(IsUserAdministrator, IsTrueOnAWindowsWithoutUserRights) {
+    auto version = API_HOOK(GetVersionExA);
+    for (const DWORD minor : {10u, 77u}) {
+        version.Replace([&](LPOSVERSIONINFOA info) {
+            info->dwPlatformId = VER_PLATFORM_WIN32_WINDOWS;
+            info->dwMajorVersion = 4;
+            info->dwMinorVersion = minor;
+            return TRUE;
+        });
+        EXPECT_EQ(Ask(), (Answer{0, true})) << minor;
+    }
+}
+
 }  // namespace
