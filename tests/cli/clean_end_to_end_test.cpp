@@ -45,23 +45,6 @@ TEST_F(CliClean, RemovesWhatItFoundAndNothingElse) {
     EXPECT_EQ(RunJson({"clean", "--yes"}, 0)["found"], 0) << "a second time there is nothing";
 }
 
-TEST_F(CliClean, ALockedFileWaitsForTheRestart) {
-    DefineCacheAndList();
-    const std::string path = data + "cache\\a";
-    const auto lock = OwnHandle<UniqueHandle>(
-        ::CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(lock);
-    const ordered_json json = RunJson({"clean", "--yes"}, 4);
-    EXPECT_EQ(json["failed"], 1);
-    EXPECT_EQ(json["cleaned"], 4);
-    EXPECT_EQ(json["waiting_for_restart"], ordered_json::array({path}));
-    const CliResult text = Run({"clean", "--yes"});
-    EXPECT_EQ(text.exitCode, 4);
-    EXPECT_NE(text.out.find(path + "\n    in use by another program; it goes with the next restart\n"),
-              std::string::npos)
-        << text.out;
-}
-
 TEST_F(CliClean, OnlyAndExceptSpareTheRest) {
     DefineCacheAndList();
     EXPECT_EQ(RunJson({"clean", "--yes", "--only", "Lists"}, 0)["cleaned"], 2);

@@ -25,9 +25,7 @@ struct UsageCase {
 const UsageCase kUsageCases[] = {
     {"no command", {}, "velvane-cli: no command is given, see --help"},
     {"an unknown command", {"wipe"}, "wipe: there is no such command, see --help"},
-    {"an unknown option", {"scan", "--fast"}, "--fast: there is no such option, see --help"},
     {"an argument too many", {"scan", "now"}, "scan: 'now' is one argument too many"},
-    {"nothing to shred", {"shred"}, "shred: something to work on is missing"},
     {"an even pass count never ends",
      {"clean", "--passes", "2"},
      "--passes: '2' is neither 0 nor an odd number up to 11"},
@@ -35,7 +33,6 @@ const UsageCase kUsageCases[] = {
      {"clean", "--passes", "3x"},
      "--passes: '3x' is neither 0 nor an odd number up to 11"},
     {"an option in place of a value", {"scan", "--only", "--json"}, "--only: needs a value"},
-    {"passes for a scan", {"--passes", "1", "scan"}, "--passes: not for scan"},
     {"a choice of nodes for the shredder", {"shred", "x", "--only", "A"}, "--only: not for shred"},
 };
 

@@ -147,22 +147,6 @@ TEST_F(CliRead, WhatWaitsIsFinishedByTheNextClean) {
         << result.out;
 }
 
-TEST_F(CliRead, ExpandAndRestrictedAnswer) {
-    MakeTraces();
-    const std::string windows = FolderPath(CSIDL_WINDOWS).value();
-    EXPECT_EQ(Run({"expand", "%WinDir%\\x %nothing%"}).out, windows + "\\x %nothing%\n");
-    const ordered_json json = RunJson({"restricted", windows, windows + "\\x", "C:\\", "C:\\\\"}, 0);
-    const auto answer = [&](int i) {
-        return Names{json["paths"][i]["restricted_location"].dump(),
-                     json["paths"][i]["restricted_path"].dump(),
-                     json["paths"][i]["in_windows_folder"].dump()};
-    };
-    EXPECT_EQ(answer(0), (Names{"true", "true", "false"}));
-    EXPECT_EQ(answer(1), (Names{"false", "false", "true"}));
-    EXPECT_EQ(answer(2), (Names{"true", "false", "false"}));
-    EXPECT_EQ(answer(3), (Names{"true", "true", "false"})) << "the path is tested as it is written";
-}
-
 TEST_F(CliRead, DefinitionsThatCannotBeUsedEndWithTwo) {
     folder.MakeFile("defs.db", PackDb("<x/>"));
     const CliResult another = Run({"scan"});
@@ -186,20 +170,6 @@ TEST_F(CliRead, PreferencesThatAreNamedHaveToBeReadable) {
     EXPECT_EQ(unreadable.exitCode, 2) << "its whitelist may hold what must not go";
     EXPECT_TRUE(IsOneErrorLine(unreadable.err, garbage + ": holds no preferences"));
     EXPECT_EQ(Tree(), before);
-}
-
-TEST_F(CliRead, UsageErrorsAndHelp) {
-    const CliResult usage = Run({"clean", "--passes", "4"});
-    EXPECT_EQ(usage.exitCode, 1);
-    EXPECT_EQ(usage.out, "");
-    EXPECT_TRUE(IsOneErrorLine(usage.err, "--passes: '4' "));
-    // Without definitions: nothing is loaded.
-    const CliResult version = CliProcess(folder, {"--version"}).Wait();
-    EXPECT_EQ(version.exitCode, 0);
-    EXPECT_TRUE(version.out.ends_with(".0\n") && version.out.find(' ') == std::string::npos) << version.out;
-    const CliResult help = CliProcess(folder, {"--help"}).Wait();
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_NE(help.out.find("--definitions"), std::string::npos) << help.out;
 }
 
 }  // namespace

@@ -87,7 +87,6 @@ TEST_F(CliSelection, NothingSaidChangesNothing) {
 TEST_F(CliSelection, WhatStandsBelowANamedNodeKeepsItsState) {
     EXPECT_EQ(Searched({"Browsers"}, {}), (Names{"1 Browsers|Web|Cache", "4 Browsers|Web|Cache"}));
     EXPECT_EQ(Searched({"Browsers/Off"}, {}), Names{"3 Browsers|Off|Cache"}) << "but the node itself is on";
-    EXPECT_EQ(Searched({"Browsers/Web/Cookies"}, {}), Names{"2 Browsers|Web|Cookies"});
 }
 
 TEST_F(CliSelection, SeveralNamesAddUpAndExceptTakesAway) {
