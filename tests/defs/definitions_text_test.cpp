@@ -52,17 +52,4 @@ TEST_F(DefinitionsText, ExplainsWhatEachItemLooksAt) {
     EXPECT_EQ(ExplainText(*engine, {"c"}), "");
 }
 
-TEST_F(DefinitionsText, ListsWhatIsCovered) {
-    const std::string text = CoverageText(*engine);
-    EXPECT_NE(
-        text.find(
-            "Definitions 4 of today: 2 applications, 3 entries that can be switched on and off, 10 places"),
-        std::string::npos)
-        << text;
-    EXPECT_NE(text.find("| C | 2 | 3 | 1 |\n\n## C\n\nOne \\| two.\n\n### A\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("| E | on | \\*Help\\* |\n| F/G | off |  |\n\n### AA\n\nOff as a whole"),
-              std::string::npos)
-        << text;
-}
-
 }  // namespace

@@ -108,23 +108,4 @@ TEST_F(PackedFiles, HavePicturesFromBesideTheirSource) {
            "s:1:32: error: 'none.png' cannot be read\ns:1:66: error: there is an Image already\n");
 }
 
-TEST_F(PackedFiles, AreNotMadeOfWhatCannotBeRead) {
-    static std::string told;
-    told.clear();
-    const PackReport report = {
-        [](const Finding& finding) { told += FindingText(finding) + "\n"; },
-        [](const std::string& file, const char* cause) { told += file + ": " + cause + "\n"; }};
-    const std::string broken = folder.MakeFile("broken.xml", "<xclean_def>\n<");
-    const std::string none = folder.At("none.xml");
-    const std::string database = folder.At("s.db");
-    EXPECT_EQ(PackFiles({none, broken}, database, report), PackOutcome::Unreadable);
-    EXPECT_EQ(told,
-              none + ": cannot be read\n" + broken + ":2:1: error: nothing loads: Start-end tags mismatch\n");
-    EXPECT_FALSE(Exists(database));
-    told.clear();
-    const std::string good = folder.MakeFile("good.xml", kSecond);
-    EXPECT_EQ(PackFiles({good}, folder.At("no\\such\\s.db"), report), PackOutcome::NotWritten);
-    EXPECT_EQ(told, folder.At("no\\such\\s.db") + ": cannot be written\n");
-}
-
 }  // namespace

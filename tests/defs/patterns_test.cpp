@@ -63,8 +63,6 @@ TEST(Patterns, TellWhereSomethingIsWrongWithThem) {
     Expanded({"\n<Pattern/>"}, "a:2:1: error: no Name: cannot be used\n");
     Expanded({"<Pattern Name='p'/>", c + "\n<Use Pattern='p'/>" + end + "\n<Pattern Name='p'/>"},
              "b:3:1: error: the same name stands at a:1\n");
-    Expanded({"<Pattern Name='p'/>"}, "a:1:13: error: no <Use> has this pattern\n");
-    Expanded({c + "\n<Use Pattern='q'/>" + end}, "a:2:1: error: no pattern is called 'q'\n");
     Expanded({"<Pattern Name='p'>\n<Use Pattern='p'/></Pattern>", c + "\n<Use Pattern='p'/>" + end},
              "a:2:1: error: 'p' would be put into itself (used at b:2)\n");
     Expanded({"<Pattern Name='p' Y='1'><a x='$(X)'/></Pattern>", c + "\n<Use Pattern='p' Z=''/>" + end},
