@@ -194,7 +194,9 @@ TEST_F(ShredderScreen, PickedFilesComeFromOneFolder) {
 
 TEST_F(ShredderScreen, TheRecycleBinIsAddedByWhereItsEntriesLie) {
     const TestFolder folder;
-    for (const char* name : {"Bin & Co\\De1", "Bin & Co\\Dc1\\a"}) folder.MakeFile(name);
+    for (const char* name : {"Bin & Co\\De1", "Bin & Co\\Dc1\\a", "elsewhere\\precious.txt"})
+        folder.MakeFile(name);
+    const FolderLink link(folder.At("Bin & Co\\Dc2"), folder.At("elsewhere"));
     {
         const BinStandIn bin(folder.At("Bin & Co"));
         Open();
@@ -204,7 +206,7 @@ TEST_F(ShredderScreen, TheRecycleBinIsAddedByWhereItsEntriesLie) {
     EXPECT_EQ(common.TakeCalls(), (Lines{"EnableUI 0", "EnableUI 1"}));
     Lines listed = Listed(folder.At("Bin & Co\\"));
     std::sort(listed.begin(), listed.end());
-    EXPECT_EQ(listed, (Lines{"Dc1\\", "Dc1\\a", "De1"}));
+    EXPECT_EQ(listed, (Lines{"Dc1\\", "Dc1\\a", "Dc2\\", "De1"}));
 }
 
 TEST_F(ShredderScreen, DeleteRemovesWhatIsSelected) {
