@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <thread>
 
 #include "app/logon_task.h"
 #include "app/resources.h"
@@ -132,27 +133,52 @@ TEST_F(Scheduler, ChangesTriggersByTheirIndex) {
     EXPECT_EQ(scheduler.GetTriggerCount({}), 0);
 }
 
-// A step that fails leaves its result, and nothing behind it is done.
+// Wine opens a job by methods that are to fail after it.
+ITask* g_opened = nullptr;
+HRESULT WINAPI GiveOpened(ITaskScheduler*, LPCWSTR, REFIID, IUnknown** task) {
+    g_opened->AddRef();
+    *task = g_opened;
+    return S_OK;
+}
+
+// A step that fails leaves its result and a line, and nothing behind it is done.
 TEST_F(Scheduler, EndsAtTheStepThatFails) {
     ASSERT_TRUE(CTaskScheduler().CreateTask("C:\\v.exe", "Velvane old", "C:", "c", "p"));
     CTaskScheduler scheduler;
     const TASK_TRIGGER weekly = WeeklyAt(5);
-    {
-        const MethodPatch patch(session.operator->(), &ITaskScheduler::Activate, &FailMethod<E_ACCESSDENIED>);
+    const auto add = [&] { return scheduler.AddTrigger(&weekly, "Velvane old"); };
+    const auto create = [&] { return scheduler.CreateTask("C:\\v.exe", "Velvane new", "C:", "c", "p"); };
+    const auto line = [&](auto operation, auto* object, auto method) {
+        const MethodPatch patch(object, method, &FailMethod<E_ACCESSDENIED>);
         testing::internal::CaptureStdout();
-        EXPECT_FALSE(scheduler.AddTrigger(&weekly, "Velvane old"));
-        EXPECT_NE(testing::internal::GetCapturedStdout().find("0x80070005"), std::string::npos);
+        EXPECT_FALSE(operation());
         EXPECT_EQ(scheduler.lastResult, E_ACCESSDENIED);
-    }
+        return testing::internal::GetCapturedStdout();
+    };
     const auto task = Open("Velvane old");
-    {
-        const MethodPatch patch(task.get(), &ITask::SetComment, &FailMethod<E_ACCESSDENIED>);
-        EXPECT_FALSE(scheduler.CreateTask("C:\\v.exe", "Velvane new", "C:", "c", "p"));
-        EXPECT_EQ(Jobs(), std::vector<std::string>{"Velvane old.job"});
-    }
+    const std::string denied = "error = 0x80070005\n";
+    ITaskScheduler* const system = session.operator->();
+    EXPECT_EQ(line(add, system, &ITaskScheduler::Activate),
+              "Failed calling ITaskScheduler::Activate: " + denied);
+    EXPECT_EQ(line(create, task.get(), &ITask::SetComment), "Failed calling NewWorkItem, " + denied)
+        << "kept: the line names another step";
+    EXPECT_EQ(Jobs(), std::vector<std::string>{"Velvane old.job"});
+    g_opened = task.get();
+    const MethodPatch opens(system, &ITaskScheduler::Activate, &GiveOpened);
+    EXPECT_EQ(line(add, task.get(), &ITask::CreateTrigger), "Failed calling ITask::CreatTrigger: " + denied)
+        << "kept: the letter that is missing";
     const MethodPatch patch(task.get(), &ITask::SetParameters, &FailMethod<E_ACCESSDENIED>);
-    EXPECT_TRUE(scheduler.CreateTask("C:\\v.exe", "Velvane new", "C:", "c", "p"))
-        << "kept: only the comment counts";
+    EXPECT_TRUE(create()) << "kept: of the settings only the comment counts";
+}
+
+TEST_F(Scheduler, LeavesComOpenAfterTheTriggerTexts) {
+    HRESULT opened = E_FAIL;
+    std::thread([&] {
+        std::vector<std::string> texts;
+        CTaskScheduler().GetTriggerStrings("none", texts);
+        opened = ::CoInitialize(nullptr);
+    }).join();
+    EXPECT_EQ(opened, S_FALSE) << "kept";
 }
 
 // By the names of the jobs' files. Windows keeps them, Wine does not.

@@ -8,7 +8,6 @@
 #include "base/picture_size.h"
 #include "support/sandbox.h"
 #include "system/files.h"
-#include "system/handles.h"
 #include "ui/theme/image_tooltip.h"
 #include "ui/theme/pictures_ahead.h"
 #include "ui/theme/theme.h"
@@ -109,19 +108,6 @@ TEST_F(Pictures, OfLyingFilesAreNone) {
         }
     }
     EXPECT_EQ(DecodePicture({}), nullptr);
-}
-
-TEST_F(Pictures, OnlyAFileOfModestSizeThatNobodyUsesMayHaveOne) {
-    EXPECT_TRUE(MayHavePicture(m_folder.MakeFile("a.png", std::string(kPictureFileLimit - 1, 'x'))));
-    EXPECT_FALSE(MayHavePicture(m_folder.MakeFile("b.png", std::string(kPictureFileLimit, 'x'))));
-    EXPECT_FALSE(MayHavePicture(m_folder.At("gone.png")));
-    EXPECT_FALSE(MayHavePicture(m_folder.Path()));
-    EXPECT_FALSE(MayHavePicture("NUL"));
-    EXPECT_FALSE(MayHavePicture(""));
-    const std::string used = m_folder.MakeFile("used.png");
-    const UniqueHandle reader(
-        ::CreateFileA(used.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    EXPECT_FALSE(MayHavePicture(used));
 }
 
 // --- tips ---
