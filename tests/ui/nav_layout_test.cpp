@@ -38,7 +38,6 @@ TEST(NavHitTest, EachPointHasItsMeaning) {
         {"the left edge", {9, 300}, HTLEFT, HTCLIENT},
         {"the pages", {400, 55}, HTCLIENT, HTCLIENT},
         {"the help link", {750, 54}, HTHELP, HTHELP},
-        {"the frame of a zoomed window", {-2, -2}, HTTOPLEFT, HTCAPTION},
     };
     const NavCaption caption = LayoutNavCaption(kDefault.cx, NavMetrics(), kPicture, kPicture, kPicture, 30);
     for (const auto& row : kCases) {

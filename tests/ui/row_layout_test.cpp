@@ -6,6 +6,7 @@ namespace {
 
 // Counts of 60, links of 70 and lines of 16 pixels.
 constexpr RowMetrics kResults = {1, false, 60, 70, 16, 1};
+
 struct HitCase {
     const char* name;
     std::uint32_t level;
