@@ -1,5 +1,6 @@
 #include "engine/recycle_bin.h"
 
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,9 +18,13 @@ void AddEntry(ResultType type, const std::string& path, ScanSink& sink) {
     sink.Add(type, std::make_shared<const std::string>(path.substr(0, cut)), path.substr(cut));
 }
 
+// Below `place`, the folder's own path with its trailing backslash; the bin itself has none.
+std::uint32_t ScanEntries(IShellFolder* folder, const std::string& place, HWND window, ScanSink& sink);
+
 std::uint32_t ScanDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, std::string path, HWND window,
                                 ScanSink& sink) {
     if (!path.ends_with('\\')) path += '\\';
+    if (path.size() >= kPathCapacity) return 0;
     std::uint32_t count = 0;
     if (!IsLink(path.c_str())) {
         IShellFolder2* raw = nullptr;
@@ -27,7 +32,7 @@ std::uint32_t ScanDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, std:
             parent->BindToObject(id, nullptr, IID_IShellFolder2, reinterpret_cast<void**>(&raw));
         if (SUCCEEDED(bound) && raw) {
             const UniqueReference<IShellFolder2> folder(raw);
-            count = ScanShellFolder(folder.get(), window, sink);
+            count = ScanEntries(folder.get(), path, window, sink);
         } else if (bound == E_NOTIMPL) {
             count = ScanFolder(path, nullptr, sink);
         }
@@ -36,9 +41,7 @@ std::uint32_t ScanDeletedFolder(IShellFolder* parent, const ITEMIDLIST* id, std:
     return count;
 }
 
-}  // namespace
-
-std::uint32_t ScanShellFolder(IShellFolder* folder, HWND window, ScanSink& sink) {
+std::uint32_t ScanEntries(IShellFolder* folder, const std::string& place, HWND window, ScanSink& sink) {
     const auto allocator = ShellAllocator();
     if (!allocator) return 0;
     IEnumIDList* rawList = nullptr;
@@ -50,7 +53,9 @@ std::uint32_t ScanShellFolder(IShellFolder* folder, HWND window, ScanSink& sink)
     while (list->Next(1, &rawId, nullptr) == S_OK) {
         const UniqueIdList id(rawId, IdListDeleter{allocator.get()});
         const auto path = ItemPath(folder, id.get(), allocator.get());
-        if (!path) continue;
+        if (!path || !IsSurvivingPath(*path)) continue;
+        // A deleted shortcut to a folder shows what it leads to as its content, which is not deleted.
+        if (::_strnicmp(path->c_str(), place.c_str(), place.size()) != 0) continue;
         const DWORD attributes = ::GetFileAttributesA(path->c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES) continue;
         if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
@@ -60,6 +65,12 @@ std::uint32_t ScanShellFolder(IShellFolder* folder, HWND window, ScanSink& sink)
         }
     }
     return count;
+}
+
+}  // namespace
+
+std::uint32_t ScanShellFolder(IShellFolder* folder, HWND window, ScanSink& sink) {
+    return ScanEntries(folder, "", window, sink);
 }
 
 std::uint32_t ScanRecycleBin(HWND window, ScanSink& sink) {

@@ -103,6 +103,23 @@ TEST(RecycleBin, ADeletedLinkIsListedAndNeverEntered) {
     EXPECT_EQ(Search(bin.get(), storage), expected);
 }
 
+IShellFolder2* g_target = nullptr;
+HRESULT WINAPI BindToTarget(IShellFolder*, LPCITEMIDLIST, IBindCtx*, REFIID interfaceId, void** bound) {
+    return g_target->QueryInterface(interfaceId, bound);
+}
+
+// What the shell makes of a folder whose desktop.ini says that it is a shortcut to another.
+TEST(RecycleBin, ADeletedShortcutToAFolderDoesNotLeadOutOfTheBin) {
+    const TestFolder storage;
+    const TestFolder elsewhere;
+    elsewhere.MakeFile("precious.txt");
+    ::CreateDirectoryA(storage.At("Dc1").c_str(), nullptr);
+    const auto bin = ShellFolder(storage), target = ShellFolder(elsewhere);
+    g_target = target.get();
+    const MethodPatch patch(bin.get(), kBind, &BindToTarget);
+    EXPECT_EQ(Search(bin.get(), storage), (Lines{"folder |Dc1\\", "counted 0"}));
+}
+
 TEST(RecycleBin, TheRealBinGivesNothingThatLiesElsewhere) {
     const TestFolder folder;
     std::string list = folder.MakeFile("victim.txt") + '\0';
