@@ -46,9 +46,11 @@ TEST(PostForm, TakesAWholeAnswerOrNone) {
         int result;
         std::string response;
     } cases[] = {
+        {Answers(Long(6500)), 0, Long(6500)},  // three blocks and a part of one
         {Answers(Long(4096)), 0, Long(4096)},  // exactly two
         {Answers(Long(kLongestResponse)), 0, Long(kLongestResponse)},
         {Answers(Long(kLongestResponse + 1)), -1, ""},
+        {Answers({"ab\0cd", 5}), 0, "ab"},
         {Answers("http://x/", "404 Not Found"), -1, ""},
         {[](const HttpServer::Client&) {}, -1, ""},  // a hang-up without an answer
     };
@@ -96,10 +98,12 @@ TEST(SurveyReport, NamesTheActionAndOpensOnlyAWebAddressAfterAnUninstall) {
         std::string response, opened;
     } cases[] = {
         {"action=install&actionid=1&", 0, "http://x/", ""},
+        {"action=update&actionid=3&", 1, "http://x/", ""},
         {"action=install&actionid=1&", 2, "no other number is silent", ""},
         {"action=uninstall&actionid=2&", 1, "http://x/?a=1&b= 2", "http://x/?a=1&b= 2"},
         {"action=uninstall&actionid=2&", 0, "https://x/\r\n", "https://x/"},
         {"action=uninstall&actionid=2&", 0, "http://x/\" -run \"y", ""},
+        {"action=uninstall&actionid=2&", 0, "HTTP://x/", ""},
         {"action=uninstall&actionid=2&", 0, "httpd.exe", ""},
     };
     std::string opened;
@@ -166,11 +170,23 @@ TEST(SurveyReport, TellsWhatItFindsAboutTheInstall) {
     });
     const HttpServer server(Answers(""));
     SendSurvey(false, {"127.0.0.1", server.Port()});
+    const std::string& headers = server.Request();
+    EXPECT_TRUE(headers.starts_with("POST /index.php HTTP/1.1\r\n")) << headers;
+    EXPECT_NE(headers.find("\r\nUser-Agent: SurveyRequest\r\n"), std::string::npos) << headers;
+    EXPECT_NE(headers.find("application/x-www-form-urlencoded\r\n"), std::string::npos) << headers;
     EXPECT_EQ(Body(server), "action=install&actionid=1&PID=5&CPID=31&VID=a&b&LID=&Version=" +
                                 std::string(VERSION) + "&InstallDate=" + InstallDateText(installed) +
                                 "&Desktop=FALSE&Login=TRUE&Quick=FALSE&Updates=TRUE");
 
+    // On an empty machine every field stays in the form.
     ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, kKey);
+    ::DeleteFileA(folder.At("settings.xml").c_str());
+    ::DeleteFileA(program.c_str());
+    SendSurvey(true, {"127.0.0.1", server.Port()});
+    EXPECT_EQ(Body(server),
+              "action=uninstall&actionid=2&PID=5&CPID=&VID=&LID=&Version=&InstallDate="
+              "&Desktop=FALSE&Login=FALSE&Quick=FALSE&Updates=FALSE");
+
     auto sessions = API_HOOK(InternetOpenA);
     SendSurvey(true, {});
     EXPECT_EQ(sessions.Calls(), 0) << "there is no host";

@@ -6,6 +6,8 @@
 #include "app/update_library.h"
 
 // The update library as the program expects it. Each call writes a line to Kovar3.dll.txt beside the library.
+#ifndef FORM_EMPTY
+
 namespace {
 std::string Text(const wchar_t* wide) {
     char text[1024] = {};
@@ -49,3 +51,5 @@ ENTRY KvInitUns(std::uint32_t handle, const tagINIT_UNS* it) {
 ENTRY CollectEmail(const tagCOLLECT_EMAIL* it) {
     Record("email", it->version, Text(it->page), it->reserved, it->owner, Text(it->linkTail));
 }
+
+#endif

@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "support/api_hook.h"
 #include "support/sandbox.h"
 #include "system/system_facts.h"
 
@@ -63,14 +64,25 @@ TEST_F(UpdateLibrary, GetsEachCallWithItsRecord) {
 }
 
 TEST_F(UpdateLibrary, MayBeMissingOrLackEntries) {
-    EXPECT_EQ(ShowUpdateSettings(kOwner), 0);
-    EXPECT_EQ(RunUpdatesWithUi(true), 0);
-    EXPECT_EQ(ShowEmailPage("page", 0, "", kOwner), -1);
-    EXPECT_EQ(InitLibrary("", "", "", 0, kOwner), -1);
-    EXPECT_EQ(Calls(), "");
+    for (const bool missing : {true, false}) {
+        if (!missing) Install("empty");
+        EXPECT_EQ(ShowUpdateSettings(kOwner), 0);
+        EXPECT_EQ(RunUpdatesWithUi(true), 0);
+        EXPECT_EQ(ShowEmailPage("page", 0, "", kOwner), -1);
+        EXPECT_EQ(InitLibrary("", "", "", 0, kOwner), -1);
+        EXPECT_EQ(Calls(), "");
+    }
     Install("older");
     EXPECT_EQ(RunUpdatesWithUi(true), 0);
     EXPECT_EQ(Calls(), "updates 0 \ndelete 0 \n") << "the flag is lost";
+}
+
+TEST_F(UpdateLibrary, IsOnlyLookedForWhereTheShellSays) {
+    auto folders = API_HOOK(SHGetSpecialFolderPathA);
+    folders.FailAlways(ERROR_FILE_NOT_FOUND);
+    auto loads = API_HOOK(LoadLibraryA);
+    EXPECT_EQ(RunUpdatesWithUi(true), 0);
+    EXPECT_EQ(loads.Calls(), 0);
 }
 
 }  // namespace

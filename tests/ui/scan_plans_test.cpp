@@ -42,10 +42,10 @@ TEST(ScanStates, GoOneFurtherOrBack) {
 
 // --- places
 
-ScanMetrics PageMetrics() {
+ScanMetrics PageMetrics(float scale = 1) {
     ScanMetrics metrics;
     metrics.client = {613, 441};
-    metrics.scale = 1;
+    metrics.scale = scale;
     metrics.newButtonHeight = 28;
     metrics.intro1 = {360, 19};
     metrics.introImage = {360, 112};
@@ -56,10 +56,48 @@ ScanMetrics PageMetrics() {
     return metrics;
 }
 
-TEST(ScanLayout, AtTheEndTheHeightLosesATopThatIsNotThere) {
-    EXPECT_EQ(LayoutScan(SCAN_RESULTS, PageMetrics()).tree, (RECT{0, 34, 608, 381}));
-    EXPECT_EQ(LayoutScan(SCAN_CLEANED, PageMetrics()).tree, (RECT{0, 0, 301, 347})) << "kept";
-    EXPECT_EQ(LayoutScan(SCAN_REBOOT_SHRED, PageMetrics()).tree, std::nullopt) << "all stays where it is";
+TEST(ScanLayout, PlacesTheWorkingStates) {
+    struct Case {
+        const char* name;
+        ScanState state;
+        float scale;
+        std::optional<RECT> tree, report, panel, footer;
+    };
+    const Case kCases[] = {
+        {"a scan shares the page with the preview", SCAN_SCANNING, 1, RECT{0, 0, 301, 381},
+         RECT{311, 0, 612, 381}, RECT{311, 0, 612, 381}, RECT{0, 386, 613, 446}},
+        {"results have the width",
+         SCAN_RESULTS,
+         1,
+         RECT{0, 34, 608, 381},
+         {},
+         RECT{},
+         RECT{0, 386, 613, 446}},
+        {"a clean keeps it", SCAN_CLEANING, 1, RECT{0, 34, 608, 381}, {}, RECT{}, RECT{0, 386, 613, 446}},
+        {"at the end the height loses a top that is not there",
+         SCAN_CLEANED,
+         1,
+         RECT{0, 0, 301, 347},
+         RECT{311, 0, 612, 347},
+         RECT{},
+         {}},
+        {"lengths at another scale are truncated",
+         SCAN_RESULTS,
+         1.25f,
+         RECT{0, 42, 607, 366},
+         {},
+         RECT{},
+         RECT{0, 372, 613, 447}},
+        {"the pass after a restart moves nothing", SCAN_REBOOT_SHRED, 1, {}, {}, {}, {}},
+    };
+    for (const Case& row : kCases) {
+        const ScanPlaces places = LayoutScan(row.state, PageMetrics(row.scale));
+        EXPECT_EQ(places.tree, row.tree) << row.name;
+        EXPECT_EQ(places.report, row.report) << row.name;
+        EXPECT_EQ(places.panel, row.panel) << row.name;
+        EXPECT_EQ(places.footer, row.footer) << row.name;
+        EXPECT_EQ(places.animation.y, 441 - 28 + static_cast<int>(5 * row.scale)) << row.name;
+    }
 }
 
 TEST(ScanLayout, LetsNothingOfTheIntroOverlap) {
@@ -73,7 +111,7 @@ TEST(ScanLayout, LetsNothingOfTheIntroOverlap) {
         {"very large ones leave no room for it", {470, 400}, {460, 114}, {440, 125}, {360, 116}, false},
     };
     for (const Case& row : kCases) {
-        ScanMetrics metrics = PageMetrics();
+        ScanMetrics metrics = PageMetrics(1);
         metrics.client = row.client;
         metrics.intro1 = row.intro1;
         metrics.intro2 = row.intro2;
@@ -94,6 +132,26 @@ TEST(ScanLayout, LetsNothingOfTheIntroOverlap) {
 }
 
 // --- reports
+
+constexpr const char* kHeader =
+    "{\\rtf1\\ansi\\ansicpg1252\\deff0\\deflang4105{\\fonttbl{\\f0\\fswiss\\fcharset0 Tahoma;}}\n"
+    "{\\colortbl ;\\red0\\green164\\blue0;\\red224\\green0\\blue0;}\n"
+    "\\viewkind4\\uc1\\pard\\f0\\fs6\\par\\fs22 ";
+
+TEST(ScanReports, AreWrittenWordForWord) {
+    const ReportLines lines = {{"Web", 5}, {"{A}\\", 0}};
+    const std::string told = "\\fs18 Web: \\cf2 5\\cf0 \\par \\fs18 \\{A\\}\\\\: \\cf2 0\\cf0 \\par ";
+    const std::string header = kHeader;
+    EXPECT_EQ(RunningReport("Looking", lines), header + "Looking\\par \\par " + told);
+    EXPECT_EQ(ScannedReport({"Done", WithNumber("Found: %d", 5), "Press", "Clean"}, lines),
+              header + "Done\\par \\par \\fs18 \\cf2 Found: 5\\cf0 \\par \\par " + told +
+                  "\\par \\fs20 Press  \\cf2 \\b Clean\\b0 \\cf0 ");
+    EXPECT_EQ(CleanedReport({"Gone", "Removed: 4", "Failed: 1"}, lines),
+              header + "Gone\\par \\par \\fs18 Removed: 4\\par Failed: 1\\par \\par " + told);
+    EXPECT_EQ(CleanedReport({"Gone", "Removed: 5", ""}, {}),
+              header + "Gone\\par \\par \\fs18 Removed: 5\\par \\par ");
+    EXPECT_EQ(WithNumber("%d of %d, 100 %", 4000000000u), "4000000000 of %d, 100 %");
+}
 
 TEST(ScanReports, OfARunningCleanLeaveOutWhatWaits) {
     struct Case {
@@ -127,8 +185,8 @@ TEST(PreviewQueue, TakesSmallReadableFilesThatMayBePictures) {
         bool taken;
     };
     const Case kCases[] = {
-        {"photo.JPG", 10, true},     {"archive.gz", 10, true},  // kept: by its first letter
-        {"a.tiff", 10, false},       {"noextension", 10, false},
+        {"photo.JPG", 10, true},     {"x.bmp", 10, true},           {"a.tiff", 10, false},
+        {"archive.gz", 10, true},    {"noextension", 10, false},    {"dot.", 10, false},
         {"large.png", 511999, true}, {"larger.png", 512000, false},
     };
     for (const Case& row : kCases) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/api_hook.h"
 #include "ui/screen_host.h"
 #include "ui/screens/dlg_schedule.h"
 #include "ui/screens/dlg_schedule_options.h"
@@ -107,6 +108,21 @@ TEST_F(Schedule, AddsEditsAndDeletesInTheSchedulersStore) {
     EXPECT_EQ(Shown(), none);
     EXPECT_EQ(Selected(), -1);
     EXPECT_EQ(::GetFocus(), host.Item(IDC_SCHEDULE_ADD).m_hWnd) << "the keyboard is not lost";
+}
+
+TEST_F(Schedule, TakesNoMoreThanTen) {
+    for (int count = 0; count < 9; ++count) Store(TriggerOf(TASK_MONDAY, 1));
+    std::string told;
+    auto box = API_HOOK(MessageBoxA);
+    box.Replace([&](HWND, LPCSTR message, LPCSTR, UINT) {
+        told += message;
+        return IDOK;
+    });
+    PressAndAnswer(IDC_SCHEDULE_ADD, 6);
+    EXPECT_EQ(Stored().size(), 10u);
+    EXPECT_EQ(told, "");
+    Press(host.page, IDC_SCHEDULE_ADD);
+    EXPECT_EQ(told, "No more than ten times can be scheduled. Delete one first.");
 }
 
 TEST_F(Schedule, OptionsShowATriggerAndRefuseNoDay) {
