@@ -60,10 +60,10 @@ class Demonstration {
         Require(m_hand.Control(IDC_SCAN_START) != nullptr, "the way back is closed");
         const char* const pages[] = {nullptr, "7-settings", "8-schedule", "9-shredder", "10-about"};
         for (int page = 1; page < 5; ++page) {
-            ClickEntry(page);
+            m_hand.ClickEntry(page);
             Picture(pages[page]);
         }
-        ClickEntry(0);
+        m_hand.ClickEntry(kScanPage);
         if (!stay) ::PostMessageA(m_hand.Window(), WM_CLOSE, 0, 0);
         while (m_run.IsRunning()) ::Sleep(50);
     }
@@ -81,12 +81,6 @@ class Demonstration {
         const HWND tree = m_hand.Control(IDC_SCAN_TREE);
         for (const WPARAM key : {VK_SPACE, VK_RIGHT, VK_DOWN, VK_RIGHT, VK_DOWN, VK_RIGHT, VK_DOWN, VK_SPACE})
             ::SendMessageA(tree, WM_KEYDOWN, key, 1);
-    }
-
-    void ClickEntry(int index) {
-        const LPARAM place = MAKELPARAM(70, 55 + 9 + 12 + 25 + 56 * index);
-        ::SendMessageA(m_hand.Window(), WM_LBUTTONDOWN, MK_LBUTTON, place);
-        ::SendMessageA(m_hand.Window(), WM_LBUTTONUP, 0, place);
     }
 
     static void PrintReport(const std::string& text) {

@@ -23,6 +23,7 @@ class ProgramRun {
     std::optional<DWORD> Wait();
     bool IsRunning() const;
     DWORD Id() const { return m_id; }
+    HANDLE Process() const { return m_process.get(); }
     // Its visible top window of this title, waited for; null if there is none in the end.
     HWND AwaitWindow(const char* title) const;
     // The same for one that belongs to another window, a message box.

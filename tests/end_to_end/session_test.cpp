@@ -1,100 +1,18 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <shlobj.h>
-
-#include <memory>
-#include <string>
-
-#include "end_to_end/program_run.h"
-#include "end_to_end/user_hand.h"
-#include "engine/engine_fixture.h"
+#include "end_to_end/session.h"
 #include "resources/ids.h"
-#include "support/sandbox.h"
 #include "system/handles.h"
 #include "system/system_facts.h"
 
-// Whole sessions of the real program on definitions of the test's own: what the user does, what is on the
-// disk afterwards. The definitions know one folder and one registry key of the test.
+// Whole sessions on the first page: what the user does, what is on the disk afterwards.
 
 namespace {
 
 constexpr int kStart = IDC_SCAN_START, kStop = IDC_SCAN_STOP, kClean = IDC_SCAN_CLEAN,
               kFinish = IDC_SCAN_FINISH;
 constexpr int kReport = IDC_SCAN_REPORT, kNewScan = IDC_SCAN_NEW, kTree = IDC_SCAN_TREE;
-
-class Session : public ::testing::Test {
-  protected:
-    Session() {
-        ::CreateDirectoryA((Common() + "\\Quillmere").c_str(), nullptr);
-        ::CreateDirectoryA((Common() + "\\Quillmere\\Velvane").c_str(), nullptr);
-        for (const char* file : {"AppPreferences.dat", "cleaning.db"}) ::DeleteFileA(Product(file).c_str());
-        ::DeleteFileA(
-            (FolderPath(CSIDL_APPDATA).value() + "\\Quillmere\\Velvane\\CleanPreferences.db").c_str());
-        for (int i = 0; i < 20; ++i) folder.MakeFile("data\\sub\\trace" + std::to_string(i));
-        folder.MakeFile("kept\\document.txt", "mine");
-        key.SetText("Last", "a trace", "list");
-        WriteDefinitions(DefinitionsXml(
-            ElementXml(
-                "Category", "Name='Files'",
-                ElementXml("Application", "Name='A'",
-                           ElementXml("Entity", "Name='E'", ItemXml("Folder", folder.At("data\\"), "All")))) +
-            ElementXml(
-                "Category", "Name='Lists'",
-                ElementXml("Application", "Name='B'",
-                           ElementXml("Entity", "Name='F'",
-                                      ItemXml("RegValue", "HKCU\\" + key.At("list"), "Delete", "Last"))))));
-    }
-    ~Session() override {
-        for (const char* file : {"AppPreferences.dat", "cleaning.db"}) ::DeleteFileA(Product(file).c_str());
-    }
-
-    static std::string Common() { return FolderPath(CSIDL_COMMON_APPDATA).value(); }
-    static std::string Product(const std::string& file) { return Common() + "\\Quillmere\\Velvane\\" + file; }
-
-    static void WriteDefinitions(const std::string& xml) { WriteFile("cleaning.db", PackDb(xml)); }
-    static void WriteFile(const char* name, const std::string& content) {
-        const UniqueHandle file = OwnHandle<UniqueHandle>(
-            ::CreateFileA(Product(name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        DWORD written = 0;
-        ASSERT_TRUE(
-            ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
-    }
-
-    void Start(const std::string& line = "", const std::string& program = BuiltProgram()) {
-        m_run = std::make_unique<ProgramRun>(program, line);
-        hand = std::make_unique<UserHand>(*m_run);
-    }
-    // Closes the window and gives the exit code; waits for nothing else.
-    std::optional<DWORD> Close() {
-        ::PostMessageA(hand->Window(), WM_CLOSE, 0, 0);
-        return m_run->Wait();
-    }
-    std::optional<DWORD> AwaitEnd() { return m_run->Wait(); }
-
-    // So many traces that a scan takes a while.
-    void MakeMany() const {
-        for (int i = 0; i < 3000; ++i)
-            folder.MakeFile("data\\many" + std::to_string(i % 30) + "\\f" + std::to_string(i), "");
-    }
-
-    // How many of the traces are there: files, and the value of the registry.
-    int FilesLeft() const {
-        return Exists(folder.At("data\\sub")) ? static_cast<int>(NamesIn(folder.At("data\\sub\\")).size())
-                                              : 0;
-    }
-    bool ValueIsThere() const {
-        return ::RegGetValueA(HKEY_CURRENT_USER, key.At("list").c_str(), "Last", RRF_RT_ANY, nullptr, nullptr,
-                              nullptr) == ERROR_SUCCESS;
-    }
-
-    const TestFolder folder;
-    const TestKey key;
-    std::unique_ptr<UserHand> hand;
-
-  private:
-    std::unique_ptr<ProgramRun> m_run;
-};
 
 TEST_F(Session, ScansCleansReportsAndGoesBack) {
     Start();
@@ -149,7 +67,7 @@ TEST_F(Session, ScansByItselfAndCleansByItselfWhenToldSo) {
     ASSERT_NE(hand->Control(kClean), nullptr);
     EXPECT_EQ(FilesLeft(), 20);
     EXPECT_EQ(Close(), 1u);
-    WriteFile("AppPreferences.dat", "<config><autoclean>1</autoclean></config>");
+    WriteProductFile("AppPreferences.dat", "<config><autoclean>1</autoclean></config>");
     Start("--autoscan --scanonly");
     ASSERT_NE(hand->Control(kFinish), nullptr);
     EXPECT_EQ(FilesLeft(), 0) << "an automatic scan is no dry run";
@@ -169,7 +87,7 @@ TEST_F(Session, ChangesNothingInADryRun) {
 
 TEST_F(Session, EndsWithAWordWhenThereAreNoDefinitions) {
     // An empty file that opens is the one that counts.
-    WriteFile("cleaning.db", "");
+    WriteProductFile("cleaning.db", "");
     Start();
     ASSERT_TRUE(hand->Answer(IDOK));
     EXPECT_EQ(AwaitEnd(), 1u);

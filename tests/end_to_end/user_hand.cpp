@@ -1,7 +1,6 @@
 #include "end_to_end/user_hand.h"
 
-#include <memory>
-
+#include "support/drop_files.h"
 #include "support/window_picture.h"
 
 namespace {
@@ -67,6 +66,31 @@ bool UserHand::Press(int id) const {
     return control != nullptr && ::PostMessageA(control, BM_CLICK, 0, 0);
 }
 
+void UserHand::ClickEntry(int page) const {
+    // In the middle of the entry; a page may be large, the column is not.
+    const LPARAM place = MAKELPARAM(70, 55 + 9 + 12 + 25 + 56 * page);
+    ::SendMessageA(Window(), WM_LBUTTONDOWN, MK_LBUTTON, place);
+    ::SendMessageA(Window(), WM_LBUTTONUP, 0, place);
+}
+
+bool UserHand::OpenPage(PageEntry page, int control) const {
+    return Await([&] {
+        ClickEntry(page);
+        return Offers(control);
+    });
+}
+
+bool UserHand::Drop(int control, const std::vector<std::string>& paths) const {
+    // The shell's memory goes over with the message; ours has to be there before. It stays as long as the
+    // program does, which frees blocks of its own heap alone.
+    const std::string drop = DropBytes(paths);
+    void* const place =
+        ::VirtualAllocEx(m_run.Process(), nullptr, drop.size(), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+    const HWND page = ::GetParent(Control(control));
+    return ::WriteProcessMemory(m_run.Process(), place, drop.data(), drop.size(), nullptr) &&
+           ::PostMessageA(page, WM_DROPFILES, reinterpret_cast<WPARAM>(place), 0);
+}
+
 HWND UserHand::Dialog() const {
     DialogSearch search{m_run.Id(), nullptr};
     Await([&] {
@@ -88,6 +112,17 @@ std::string UserHand::TextOf(int id) const {
         ::SendMessageA(control, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
     text.resize(static_cast<std::size_t>(length));
     return text;
+}
+
+std::vector<std::string> UserHand::LinesOf(int id) const {
+    const HWND list = Find(Window(), id, false);
+    std::vector<std::string> lines;
+    for (LRESULT i = 0; i < ::SendMessageA(list, LB_GETCOUNT, 0, 0); ++i) {
+        char line[1024] = "";
+        ::SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(line));
+        lines.emplace_back(line);
+    }
+    return lines;
 }
 
 void UserHand::Type(WPARAM key) const {

@@ -19,33 +19,11 @@ std::unique_ptr<ImportPatch> g_getProcAddress;
 using GetProcAddressFunction = FARPROC(WINAPI*)(HMODULE, LPCSTR);
 GetProcAddressFunction g_realGetProcAddress = nullptr;
 
-BYTE* ProgramBase() {
-    return reinterpret_cast<BYTE*>(::GetModuleHandleA(nullptr));
-}
-
-const IMAGE_IMPORT_DESCRIPTOR* FirstImport() {
-    BYTE* const base = ProgramBase();
+const IMAGE_IMPORT_DESCRIPTOR* FirstImport(BYTE* base) {
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
     const DWORD offset = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     return reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + offset);
-}
-
-// The places of the import table through which the program calls the function, from whatever DLL.
-std::vector<void**> FindImports(const char* name) {
-    std::vector<void**> places;
-    BYTE* const base = ProgramBase();
-    for (const IMAGE_IMPORT_DESCRIPTOR* import = FirstImport(); import->Name != 0; ++import) {
-        const auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + import->OriginalFirstThunk);
-        auto* place = reinterpret_cast<void**>(base + import->FirstThunk);
-        for (; names->u1.AddressOfData != 0; ++names, ++place) {
-            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
-            const auto* const byName =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(byName->Name), name) == 0) places.push_back(place);
-        }
-    }
-    return places;
 }
 
 void WriteProtected(void** place, void* value) {
@@ -83,6 +61,22 @@ void* FindExport(const char* name) {
 
 }  // namespace
 
+std::vector<void**> FindImports(HMODULE program, const char* name) {
+    std::vector<void**> places;
+    BYTE* const base = reinterpret_cast<BYTE*>(program);
+    for (const IMAGE_IMPORT_DESCRIPTOR* import = FirstImport(base); import->Name != 0; ++import) {
+        const auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + import->OriginalFirstThunk);
+        auto* place = reinterpret_cast<void**>(base + import->FirstThunk);
+        for (; names->u1.AddressOfData != 0; ++names, ++place) {
+            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+            const auto* const byName =
+                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
+            if (std::strcmp(reinterpret_cast<const char*>(byName->Name), name) == 0) places.push_back(place);
+        }
+    }
+    return places;
+}
+
 Lock::Lock() : m_lastError(::GetLastError()) {
     ::AcquireSRWLockExclusive(&g_lock);
 }
@@ -93,7 +87,7 @@ Lock::~Lock() {
 }
 
 ImportPatch::ImportPatch(const char* name, void* replacement) {
-    for (void** const place : FindImports(name)) {
+    for (void** const place : FindImports(::GetModuleHandleA(nullptr), name)) {
         m_entries.emplace_back(place, *place);
         WriteProtected(place, replacement);
     }

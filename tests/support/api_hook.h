@@ -42,6 +42,9 @@ struct LateBound {
 
 namespace api_hook {
 
+// The places of the import table through which a loaded program calls the function, from whatever DLL.
+std::vector<void**> FindImports(HMODULE program, const char* name);
+
 // Points the program's imports of a function elsewhere, for as long as it lives. Throws std::runtime_error if
 // there is none.
 class ImportPatch {
