@@ -118,8 +118,11 @@ std::vector<std::string> UserHand::LinesOf(int id) const {
     const HWND list = Find(Window(), id, false);
     std::vector<std::string> lines;
     for (LRESULT i = 0; i < ::SendMessageA(list, LB_GETCOUNT, 0, 0); ++i) {
-        char line[1024] = "";
-        ::SendMessageA(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(line));
+        // What comes from another process is wide, whatever form it was asked for in.
+        wchar_t wide[1024] = L"";
+        ::SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(wide));
+        char line[sizeof wide] = "";
+        ::WideCharToMultiByte(CP_ACP, 0, wide, -1, line, sizeof line, nullptr, nullptr);
         lines.emplace_back(line);
     }
     return lines;
