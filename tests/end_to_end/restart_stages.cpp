@@ -73,7 +73,9 @@ TEST_F(Restart, AfterTheProgramFinishesAndGoesOn) {
     EXPECT_FALSE(hand->Offers(IDC_SCAN_START));
     const std::string report = hand->TextOf(IDC_SCAN_REPORT);
     EXPECT_NE(report.find("Finishing what was in use before the restart"), std::string::npos) << report;
-    ASSERT_NE(hand->Control(IDC_SCAN_START), nullptr);
+    // Behind the pass comes the load; the page of the settings is ready when all is.
+    ASSERT_TRUE(hand->OpenPage(kSettingsPage, IDC_SETTINGS_RESET));
+    ASSERT_TRUE(hand->OpenPage(kScanPage, IDC_SCAN_START));
     EXPECT_FALSE(hand->Offers(IDC_SCAN_STOP));
     EXPECT_FALSE(Exists(RebootFolder()));
     EXPECT_EQ(FileContent(kDocument), "mine");

@@ -27,6 +27,8 @@ void ProgramSession::RemoveProductFiles() {
     for (const char* file : {"AppPreferences.dat", "cleaning.db"})
         ::DeleteFileA((ProductFolder(CSIDL_COMMON_APPDATA) + file).c_str());
     ::DeleteFileA((ProductFolder(CSIDL_APPDATA) + "CleanPreferences.db").c_str());
+    // One that waits for a restart makes each start begin with its pass.
+    ::RemoveDirectoryA((ProductFolder(CSIDL_APPDATA) + "DeleteOnReboot").c_str());
 }
 
 void ProgramSession::WriteProductFile(const std::string& name, const std::string& content) {

@@ -19,7 +19,8 @@ void WriteFileAt(const std::string& path, const std::string& content);
 // One start after another, on files of the product's that the test writes.
 class ProgramSession : public ::testing::Test {
   protected:
-    // Definitions and preferences, of whom they are. What is missing is no failure.
+    // Definitions and preferences, of whom they are, and the empty folder of what waits for a restart. What
+    // is missing is no failure.
     static void RemoveProductFiles();
     // A file of the product's among those of all users.
     static void WriteProductFile(const std::string& name, const std::string& content);

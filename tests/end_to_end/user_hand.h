@@ -30,7 +30,8 @@ class UserHand {
 
     // Clicks the entry of a page.
     void ClickEntry(int page) const;
-    // The same until the page offers this control. False if it never does.
+    // The same until the page, which is another than the present one, offers this control. False if it never
+    // does.
     bool OpenPage(PageEntry page, int control) const;
 
     // Drops files and folders, as the shell does, on the page that offers this control. Does not wait for
