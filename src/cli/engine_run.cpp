@@ -32,7 +32,7 @@ LRESULT CALLBACK EngineRun::WindowProcedure(HWND window, UINT message, WPARAM wP
 }
 
 LRESULT EngineRun::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    // A worker forgets a request that came before its first act, so it is told again.
+    // The start of a worker forgets a request that came before it, so it is told again.
     if (m_stop.IsMade()) m_engine.CancelAction();
     switch (message) {
         case WM_ENGINE_LOADED:

@@ -130,7 +130,6 @@ std::uint32_t CCleaningEngine::CleanResultCount() const {
 }
 
 void CCleaningEngine::Clean() {
-    m_cancel = false;
     m_cleaned = 0;
     m_failed = 0;
     ENGINE_TRACE("Starting cleaning.");

@@ -49,6 +49,8 @@ void CCleaningEngine::WaitForWorker() {
 
 std::uintptr_t CCleaningEngine::StartWorker(HWND window, Worker worker) {
     if (const HWND busy = m_window) return reinterpret_cast<std::uintptr_t>(busy);
+    // Not by the worker as its first act: it would forget a stop that comes before it.
+    m_cancel = false;
     m_window = window;
     auto start = std::make_unique<WorkerStart>(WorkerStart{this, worker});
     const std::uintptr_t thread = ::_beginthread(
@@ -91,7 +93,6 @@ std::uintptr_t CCleaningEngine::StartShred(HWND window, int passes) {
 // with it.
 void CCleaningEngine::LoadWorker() {
     const HWND window = m_window;
-    m_cancel = false;
     CompleteAfterReboot();
     const bool loaded = LoadDefinitions();
     m_window = nullptr;
@@ -127,7 +128,6 @@ bool CCleaningEngine::Stopped() const {
 }
 
 void CCleaningEngine::ListDefinitions() {
-    m_cancel = false;
     const std::lock_guard lock(m_lock);
     for (const tagCLEAN_CATEGORY& category : m_categories) {
         if (!category.applications.Head()) continue;

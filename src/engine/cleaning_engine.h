@@ -54,7 +54,7 @@ class CCleaningEngine {
     // True while a worker runs. Any thread.
     bool IsBusy() const { return m_window != nullptr; }
 
-    // Asks the worker to end early. No wait, no lock. Any thread.
+    // Asks the worker to end early, from its start on. No wait, no lock. Any thread.
     void CancelAction() { m_cancel = true; }
     // Returns when no worker runs; its messages are answered meanwhile. On the thread of the engine's owner.
     void WaitForWorker();

@@ -67,7 +67,7 @@ std::optional<std::string> CCleaningEngine::ReadDefinitions() const {
 }
 
 bool CCleaningEngine::LoadDefinitions() {
-    m_cancel = false;
+    m_cancel = false;  // a stop of the pass before it is none of the load
     // How much memory the definitions want is for them to say, so the want of it is no reason to end.
     try {
         FreeDefinitions(true);

@@ -49,7 +49,6 @@ void CCleaningEngine::ClearResults() {
 
 void CCleaningEngine::Scan() {
     ENGINE_TRACE("Starting scan.");
-    m_cancel = false;
     m_itemsFound = 0;
     m_itemsWhitelisted = 0;
     const std::lock_guard lock(m_lock);

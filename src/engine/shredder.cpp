@@ -108,7 +108,6 @@ bool CCleaningEngine::RenameAndDelete(const std::string& path) const {
 }
 
 void CCleaningEngine::ShredList() {
-    m_cancel = false;
     m_cleaned = 0;
     m_failed = 0;
     ENGINE_TRACE("Starting shredding files.");

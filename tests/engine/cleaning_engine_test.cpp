@@ -133,4 +133,20 @@ TEST_F(Cancel, EndsALoadWhichKeepsWhatItHas) {
     EXPECT_EQ(CategoryNames().size(), 3u);
 }
 
+TEST_F(Cancel, CountsAsSoonAsTheRunIsStarted) {
+    ASSERT_TRUE(Load(OneEntityXml(ItemXml("File", folder.MakeFile("found")))));
+    const auto stopAtOnce = [this](std::uintptr_t started) {
+        engine->CancelAction();
+        return started;
+    };
+    Run([&] { return stopAtOnce(engine->StartScan(window.Handle())); }, WM_ENGINE_SCAN_DONE);
+    EXPECT_EQ(engine->GetItemsFound(), 0u);
+    Scan();
+    ASSERT_EQ(engine->GetItemsFound(), 1u);
+    Run([&] { return stopAtOnce(engine->StartClean(window.Handle(), 0)); }, WM_ENGINE_CLEAN_DONE);
+    engine->AddShredFile(folder.At("found"));
+    Run([&] { return stopAtOnce(engine->StartShred(window.Handle(), 0)); }, WM_ENGINE_SHRED_DONE);
+    EXPECT_TRUE(Exists(folder.At("found")));
+}
+
 }  // namespace
