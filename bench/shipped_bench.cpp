@@ -45,6 +45,8 @@ Questions QuestionsOf(const std::string& text, CCleaningEngine& engine) {
         const std::string picture = category.attribute("Image").value();
         if (!picture.empty()) questions.pictures.push_back(picture.size() / 4 * 3);
         for (const pugi::xml_node& application : category.children()) {
+            const std::string sign = application.attribute("Image").value();
+            if (!sign.empty()) questions.pictures.push_back(sign.size() / 4 * 3);
             const std::string location = application.attribute("InstallLocation").value();
             if (!location.empty()) questions.installed.push_back(engine.ExpandLocation(location));
         }
@@ -70,8 +72,9 @@ std::string WritePicture(std::size_t size) {
 // The seconds of the same calls to the system as a load makes.
 double Ask(const Questions& questions) {
     const double begin = Now();
-    SystemLocationVariables();
-    ProtectedPaths();
+    FolderPaths folders;
+    SystemLocationVariables(folders);
+    ProtectedPaths(folders);
     for (const Value& value : questions.values) {
         if (value.type == "INI") {
             char text[MAX_PATH];

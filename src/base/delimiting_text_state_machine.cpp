@@ -88,6 +88,21 @@ std::size_t DelimitingTextStateMachine::FindNotable(std::string_view text, std::
     return from;
 }
 
+// Puts a value in the place of what stands in the output from `token` on, unless the text would grow too far:
+// `read` characters of it have been read by then.
+bool DelimitingTextStateMachine::Append(std::uint32_t value, std::size_t token, std::size_t read) {
+    const std::string& text = values[value];
+    if (token + text.size() > read + kMaxGrowth) return false;
+    workBuffer.resize(token);
+    workBuffer.append(text);
+    return true;
+}
+
+// The place for a variable; `name` begins with the delimiter and goes on.
+DelimitingTextStateMachine::Written& DelimitingTextStateMachine::LatelyLike(std::string_view name) {
+    return lately[static_cast<unsigned char>(name[1]) % lately.size()];
+}
+
 void DelimitingTextStateMachine::ReplaceDelimitedText(std::string& text) {
     const std::string_view replaced = Replaced(text);
     if (replaced.data() != text.data()) text = replaced;
@@ -98,13 +113,24 @@ std::string_view DelimitingTextStateMachine::Replaced(std::string_view text) {
     cursor = kNone;
     bool replaced = false;
     std::size_t token = 0;  // where in the output the variable began that is being matched
+    std::size_t begin = 0;  // where it began in the text
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (cursor == kNone) {
-            const std::size_t notable = FindNotable(text, i);
-            workBuffer.append(text.substr(i, notable - i));
+            begin = FindNotable(text, i);
+            workBuffer.append(text.substr(i, begin - i));
             token = workBuffer.size();
-            i = notable;
-            if (i == text.size()) break;
+            i = begin;
+            if (text.size() - i < 2) {
+                workBuffer.append(text.substr(i));
+                break;
+            }
+            const Written& known = LatelyLike(text.substr(i));
+            if (known.value != kNone && text.substr(i).starts_with(known.name) &&
+                Append(known.value, token, i + known.name.size())) {
+                i += known.name.size() - 1;
+                replaced = true;
+                continue;
+            }
         }
         const char c = text[i];
         if (OpensDoubleByte(c)) {
@@ -113,15 +139,18 @@ std::string_view DelimitingTextStateMachine::Replaced(std::string_view text) {
             workBuffer.append(text.substr(i, 2));
             ++i;
             token = workBuffer.size();
+            begin = text.size();
             continue;
         }
         const Outcome outcome = Step(c);
         if (outcome == Outcome::kComplete) {
-            const std::string& value = values[nodes[cursor].value];
+            const std::uint32_t value = nodes[cursor].value;
             cursor = kNone;
-            if (token + value.size() <= i + 1 + kMaxGrowth) {
-                workBuffer.resize(token);
-                workBuffer.append(value);
+            if (begin < i) {
+                const std::string_view name = text.substr(begin, i + 1 - begin);
+                LatelyLike(name) = {std::string(name), value};
+            }
+            if (Append(value, token, i + 1)) {
                 replaced = true;
                 continue;
             }

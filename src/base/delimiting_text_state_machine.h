@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -56,11 +57,20 @@ class DelimitingTextStateMachine {
         char character = 0;
     };
 
+    // A variable as it was last written. What is written so again needs no walk: a name that is known keeps
+    // its value for good.
+    struct Written {
+        std::string name;  // with both delimiters; empty where none was met
+        std::uint32_t value = kNone;
+    };
+
     std::uint32_t FindChild(std::uint32_t node, char c) const;
     std::uint32_t AddChild(std::uint32_t node, char c);
     Outcome Step(char c);
     bool OpensDoubleByte(char c) const;
     std::size_t FindNotable(std::string_view text, std::size_t from) const;
+    bool Append(std::uint32_t value, std::size_t token, std::size_t read);
+    Written& LatelyLike(std::string_view name);
 
     char delimiter;
     LeadByteTest isLeadByte;
@@ -69,4 +79,5 @@ class DelimitingTextStateMachine {
     std::vector<std::string> values;  // those that a node refers to
     std::uint32_t cursor = kNone;     // where the match stands; kNone when no match is under way
     std::string workBuffer;           // the output; kept from call to call
+    std::array<Written, 32> lately;   // by the first character of the name
 };

@@ -2,6 +2,7 @@
 
 #include <unzip.h>
 #include <zip.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
@@ -49,6 +50,18 @@ long SeekInBuffer(voidpf opaque, voidpf, ZPOS64_T offset, int origin) {
 
 int ErrorOfBuffer(voidpf opaque, voidpf) {
     return AsBuffer(opaque).Failed() ? 1 : 0;
+}
+
+// Unpacks a bare deflate stream, up to its end, the room's end or its first fault.
+void Inflate(const std::uint8_t* bytes, std::size_t length, std::uint8_t* out, std::uint32_t size) {
+    z_stream stream{};
+    stream.next_in = const_cast<Bytef*>(bytes);  // which it only reads
+    stream.avail_in = static_cast<uInt>(length);
+    stream.next_out = out;
+    stream.avail_out = size;
+    if (inflateInit2(&stream, -MAX_WBITS) != Z_OK) return;
+    inflate(&stream, Z_FINISH);
+    inflateEnd(&stream);
 }
 
 }  // namespace
@@ -154,7 +167,20 @@ std::optional<ArchiveReader::Entry> ArchiveReader::Find(const char* name) {
 }
 
 void ArchiveReader::Unpack(std::uint8_t* out, std::uint32_t size) {
-    if (archive == nullptr || unzOpenCurrentFile(archive) != UNZ_OK) return;
-    unzReadCurrentFile(archive, out, size);
+    constexpr int kAsItIs = 1;
+    int method = 0;
+    if (archive == nullptr || unzOpenCurrentFile2(archive, &method, nullptr, kAsItIs) != UNZ_OK) return;
+    const std::uint64_t begin =
+        std::min<std::uint64_t>(unzGetCurrentFileZStreamPos64(archive), source.length);
+    unz_file_info64 info{};
+    unzGetCurrentFileInfo64(archive, &info, nullptr, 0, nullptr, 0, nullptr, 0);
     unzCloseCurrentFile(archive);
+    const auto length = std::min<std::uint64_t>(info.compressed_size, source.length - begin);
+    // Not by the library's own reading: the whole is in memory, and nobody asks for the sum that it makes.
+    if (method == Z_DEFLATED) {
+        Inflate(source.bytes + begin, static_cast<std::size_t>(length), out, size);
+    } else if (method == 0) {
+        std::memcpy(out, source.bytes + begin,
+                    static_cast<std::size_t>(std::min<std::uint64_t>(length, size)));
+    }
 }

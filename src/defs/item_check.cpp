@@ -10,9 +10,13 @@
 #include "engine/registry_location.h"
 #include "engine/restricted_paths.h"
 #include "system/files.h"
+#include "system/system_facts.h"
 
 ItemCheck::ItemCheck(KnownVariables& variables, const NeverList& never, std::vector<Finding>& findings)
-    : m_variables(variables), m_never(never), m_findings(findings), m_protectedPaths(ProtectedPaths()) {}
+    : m_variables(variables), m_never(never), m_findings(findings) {
+    FolderPaths folders;
+    m_protectedPaths = ProtectedPaths(folders);
+}
 
 void ItemCheck::Check(const SourceDocument& source, const pugi::xml_node& node) {
     const ItemElement element = ReadItemElement(node);

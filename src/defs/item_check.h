@@ -25,6 +25,6 @@ class ItemCheck {
     KnownVariables& m_variables;
     const NeverList& m_never;
     std::vector<Finding>& m_findings;
-    const std::vector<std::string> m_protectedPaths;
+    std::vector<std::string> m_protectedPaths;
     std::map<std::string, std::string> m_places;  // where each item stands first, by what it takes
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "system/files.h"
+#include "system/system_facts.h"
 
 namespace {
 
@@ -23,7 +24,8 @@ KnownVariables::KnownVariables() {
         const std::string name(key);
         Name(name, LowerKey(name));
     }
-    for (const SystemLocationVariable& variable : SystemLocationVariables()) {
+    FolderPaths folders;
+    for (const SystemLocationVariable& variable : SystemLocationVariables(folders)) {
         m_here.AddDelimitedText(variable.key, variable.value);
     }
 }

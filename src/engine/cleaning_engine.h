@@ -23,6 +23,7 @@
 namespace pugi {
 class xml_node;
 }
+class FolderPaths;
 
 // The one object that knows about traces: the hierarchy of definitions, the results of a scan under it, the
 // location variables, the protected paths, the whitelist, and the files that wait to be shredded.
@@ -182,8 +183,8 @@ class CCleaningEngine {
     Place FindRecord(HSCANITEM handle) const;
 
     // location_variables.cpp
-    void CreateSystemLocationVariables();
-    void CreateRestrictedPaths();
+    void CreateSystemLocationVariables(FolderPaths& folders);
+    void CreateRestrictedPaths(FolderPaths& folders);
     void LoadLocationVariables(const pugi::xml_node& root);
     void LoadLocationVariable(const pugi::xml_node& node);
     std::string_view ExpandedForLoad(std::string_view text);
@@ -194,7 +195,8 @@ class CCleaningEngine {
     std::optional<std::string> ReadDefinitions() const;
     bool ReplaceDefinitions();
     std::uint32_t LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount);
-    std::uint32_t LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category);
+    std::uint32_t LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category,
+                                   SharedImages& images);
     std::uint32_t LoadEntities(const pugi::xml_node& node, tagCLEAN_APPLICATION& application);
     std::uint32_t LoadItems(const pugi::xml_node& node, tagCLEAN_ENTITY& entity);
     bool LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& entity);

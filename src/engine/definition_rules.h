@@ -10,6 +10,7 @@
 namespace pugi {
 class xml_node;
 }
+class FolderPaths;
 
 // What the definitions' elements have to say to be of use. The loader drops by these rules, and the authors'
 // tool tells by the same ones what would be dropped. No state, any thread.
@@ -42,20 +43,8 @@ inline bool IsComplete(const ItemElement& element) {
     return element.type && element.location && element.action;
 }
 
-inline ItemType ItemTypeOf(std::string_view text) {
-    if (text == "RegValue") return ItemType::RegValue;
-    if (text == "RegKey") return ItemType::RegKey;
-    if (text == "File") return ItemType::File;
-    if (text == "Folder") return ItemType::Directory;
-    if (text == "IniValue") return ItemType::IniValue;
-    return ItemType::Unknown;
-}
-
-inline ItemAction ItemActionOf(std::string_view text) {
-    if (text == "Delete") return ItemAction::Delete;
-    if (text == "All") return ItemAction::All;
-    return ItemAction::Invalid;
-}
+ItemType ItemTypeOf(const char* text);
+ItemAction ItemActionOf(const char* text);
 
 inline bool IsRegistryType(ItemType type) {
     return type == ItemType::RegValue || type == ItemType::RegKey;
@@ -104,7 +93,7 @@ struct SystemLocationVariable {
     std::string value;
 };
 // Those that this system defines, in the order in which a load makes them.
-std::vector<SystemLocationVariable> SystemLocationVariables();
+std::vector<SystemLocationVariable> SystemLocationVariables(FolderPaths& folders);
 
 // The names of all of them, also of those that this system does not define.
 std::vector<std::string_view> SystemLocationVariableNames();

@@ -30,10 +30,10 @@ std::optional<std::string> TextOrNothing(const char* text) {
 }
 
 template <class Record>
-void LoadImageOf(const pugi::xml_node& node, Record& record) {
+void LoadImageOf(const pugi::xml_node& node, Record& record, SharedImages& images) {
     if (const char* image = AttributeOrNull(node, "Image")) {
         record.imageFile = WriteImageFile(image);
-        record.image = LoadImageFromFile(record.imageFile.Path());
+        record.image = images.Load(image, record.imageFile.Path());
     }
 }
 
@@ -117,6 +117,7 @@ void CCleaningEngine::FreeDefinitions(bool save) {
 
 std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::uint32_t& categoryCount) {
     std::uint32_t loaded = 0;
+    SharedImages images;
     for (const pugi::xml_node& node : root.children()) {
         if (Stopped()) break;
         if (std::string_view(node.name()) != kCategoryElement) continue;
@@ -128,8 +129,8 @@ std::uint32_t CCleaningEngine::LoadCategories(const pugi::xml_node& root, std::u
         auto category = m_definitionMemory.New<tagCLEAN_CATEGORY>();
         category->name = name;
         category->help = TextOrNothing(AttributeOrNull(node, "Help"));
-        LoadImageOf(node, *category);
-        category->applicationCount = LoadApplications(node, *category);
+        LoadImageOf(node, *category, images);
+        category->applicationCount = LoadApplications(node, *category, images);
         if (category->applicationCount == 0) {
             ENGINE_TRACE("Warning category '%s' not loaded because it has no application entries.", name);
             continue;
@@ -148,7 +149,8 @@ bool CCleaningEngine::LocationExists(std::string location) {
     return ::GetFileAttributesA(location.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category) {
+std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagCLEAN_CATEGORY& category,
+                                                SharedImages& images) {
     std::uint32_t loaded = 0;
     for (const pugi::xml_node& child : node.children()) {
         if (Stopped()) break;
@@ -160,7 +162,7 @@ std::uint32_t CCleaningEngine::LoadApplications(const pugi::xml_node& node, tagC
         }
         auto application = m_definitionMemory.New<tagCLEAN_APPLICATION>();
         application->name = name;
-        LoadImageOf(child, *application);
+        LoadImageOf(child, *application, images);
         // An empty text is no location; one that expands to nothing is a location that does not exist.
         const std::string installed = child.attribute("InstallLocation").value();
         application->present = installed.empty() || LocationExists(installed);

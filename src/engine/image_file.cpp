@@ -84,3 +84,10 @@ UniqueImage LoadImageFromFile(const char* path) {
     if (image && image->GetLastStatus() != Gdiplus::Ok) image.reset();
     return image;
 }
+
+UniqueImage SharedImages::Load(std::string_view base64, const char* path) {
+    if (!path) return nullptr;
+    UniqueImage& decoded = m_decoded[base64];
+    if (!decoded) decoded = LoadImageFromFile(path);
+    return UniqueImage(decoded ? decoded->Clone() : nullptr);
+}

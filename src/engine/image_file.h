@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,3 +44,15 @@ TemporaryFile WriteImageFile(std::string_view base64);
 // The picture in a file, or null: also for a null path, for what is no picture, and while GDI+ is not
 // started. The file is closed again when it returns.
 UniqueImage LoadImageFromFile(const char* path);
+
+// The pictures of one load. Programs of a kind have the same one, which is decoded once; all but the first
+// get a copy.
+class SharedImages {
+  public:
+    // The picture of a Base64 text that was written to the file at `path`; null as LoadImageFromFile.
+    // `base64` must stay where it is for as long as this lives.
+    UniqueImage Load(std::string_view base64, const char* path);
+
+  private:
+    std::map<std::string_view, UniqueImage> m_decoded;
+};

@@ -21,24 +21,24 @@ namespace {
 
 struct SystemVariable {
     const char* name;
-    std::string (*value)(int csidl, bool& defined);
+    std::string (*value)(FolderPaths& folders, int csidl, bool& defined);
     int csidl;
 };
 
 // A folder that the system does not have leaves its variable undefined.
-std::string Folder(int csidl, bool& defined) {
-    const auto folder = FolderPath(csidl);
+std::string Folder(FolderPaths& folders, int csidl, bool& defined) {
+    const auto& folder = folders.Of(csidl);
     defined = folder.has_value();
     return folder.value_or("");
 }
 
 // The drive letter with its colon. kept: defined even where the folder is not to be had.
-std::string Drive(int csidl, bool& defined) {
+std::string Drive(FolderPaths& folders, int csidl, bool& defined) {
     defined = true;
-    return FolderPath(csidl).value_or("").substr(0, 2);
+    return folders.Of(csidl).value_or("").substr(0, 2);
 }
 
-std::string TempFolder(int, bool& defined) {
+std::string TempFolder(FolderPaths&, int, bool& defined) {
     defined = true;
     char text[kPathCapacity] = "";
     const DWORD size = ::ExpandEnvironmentStringsA("%temp%", text, sizeof text);
@@ -46,7 +46,7 @@ std::string TempFolder(int, bool& defined) {
     return size > 0 && size <= sizeof text ? text : "%temp%";
 }
 
-std::string UserSid(int, bool& defined) {
+std::string UserSid(FolderPaths&, int, bool& defined) {
     defined = true;
     return GetCurrentUserSidString();
 }
@@ -112,11 +112,11 @@ std::string VariableValue(const VariableElement& element, const std::string& exp
 
 }  // namespace
 
-std::vector<SystemLocationVariable> SystemLocationVariables() {
+std::vector<SystemLocationVariable> SystemLocationVariables(FolderPaths& folders) {
     std::vector<SystemLocationVariable> variables;
     for (const SystemVariable& variable : kSystemVariables) {
         bool defined = false;
-        std::string value = variable.value(variable.csidl, defined);
+        std::string value = variable.value(folders, variable.csidl, defined);
         if (defined) variables.push_back({variable.name, std::move(value)});
     }
     return variables;
@@ -128,9 +128,9 @@ std::vector<std::string_view> SystemLocationVariableNames() {
     return names;
 }
 
-void CCleaningEngine::CreateSystemLocationVariables() {
+void CCleaningEngine::CreateSystemLocationVariables(FolderPaths& folders) {
     ENGINE_TRACE("Creating system location variables.");
-    for (const SystemLocationVariable& variable : SystemLocationVariables()) {
+    for (const SystemLocationVariable& variable : SystemLocationVariables(folders)) {
         m_variables->AddDelimitedText(variable.key, variable.value);
         ENGINE_TRACE("System location variable '%s' has been created with value '%s'.", variable.key,
                      variable.value.c_str());
@@ -138,8 +138,8 @@ void CCleaningEngine::CreateSystemLocationVariables() {
 }
 
 // kept: a second load appends every path once more.
-void CCleaningEngine::CreateRestrictedPaths() {
-    for (std::string& path : ProtectedPaths()) m_restrictedPaths.push_back(std::move(path));
+void CCleaningEngine::CreateRestrictedPaths(FolderPaths& folders) {
+    for (std::string& path : ProtectedPaths(folders)) m_restrictedPaths.push_back(std::move(path));
 }
 
 bool CCleaningEngine::IsRestrictedLocation(std::string_view location) const {
@@ -159,8 +159,9 @@ bool CCleaningEngine::IsInWindowsFolder(const char* path) const {
 }
 
 void CCleaningEngine::LoadLocationVariables(const pugi::xml_node& root) {
-    CreateSystemLocationVariables();
-    CreateRestrictedPaths();
+    FolderPaths folders;
+    CreateSystemLocationVariables(folders);
+    CreateRestrictedPaths(folders);
     ENGINE_TRACE("Loading location variables from xml.");
     const pugi::xml_node section = FindElement(root, kVariablesElement);
     for (const pugi::xml_node& node : section.children()) {

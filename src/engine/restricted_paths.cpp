@@ -62,8 +62,11 @@ char LowerAscii(char c) {
 // Tells most locations by their ends, with nothing to make anew: behind a protected path stands nothing but a
 // wildcard, so a restricted location ends in the one or the other. False says that it is not restricted.
 bool NeedsCloserLook(std::string_view location, const std::vector<std::string>& protectedPaths) {
-    const auto isPlain = [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '%'; };
-    if (!std::ranges::all_of(location, isPlain)) return true;
+    // No early end, so that the compiler takes many characters at once.
+    unsigned char special = 0;
+    for (const char c : location)
+        special |= static_cast<unsigned char>(static_cast<unsigned char>(c) >= 0x80 || c == '%');
+    if (special) return true;
     location = location.substr(0, location.find_last_not_of('\\') + 1);
     return location.ends_with('*') || std::ranges::any_of(protectedPaths, [&](const std::string& entry) {
                return location.size() >= entry.size() &&
@@ -74,11 +77,11 @@ bool NeedsCloserLook(std::string_view location, const std::vector<std::string>& 
 
 }  // namespace
 
-std::vector<std::string> ProtectedPaths() {
+std::vector<std::string> ProtectedPaths(FolderPaths& folders) {
     ENGINE_TRACE("Creating restricted file paths.");
     std::vector<std::string> paths;
     for (const int csidl : kProtectedFolders) {
-        const auto folder = FolderPath(csidl);
+        const auto& folder = folders.Of(csidl);
         if (!folder) continue;
         paths.push_back(WithoutTrailingBackslashes(LowerText(*folder)));
         ENGINE_TRACE("Restrict path '%s' has been created.", paths.back().c_str());

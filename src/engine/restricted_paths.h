@@ -4,11 +4,13 @@
 #include <string_view>
 #include <vector>
 
+class FolderPaths;
+
 // The folders that the system and the user's data stand on, and the tests against them. A folder itself and
 // its whole content as one wildcard are protected, not what lies deeper.
 
 // The protected folders of this machine and its drives ("c:"), in lower case without a trailing backslash.
-std::vector<std::string> ProtectedPaths();
+std::vector<std::string> ProtectedPaths(FolderPaths& folders);
 
 // True for the location of a definition that is a protected path, alone or with a backslash, "\*" or "\*.*"
 // behind it, wherever the protected path's text occurs in it. Environment variables are expanded for the

@@ -111,6 +111,12 @@ std::optional<std::string> FolderPath(int csidl) {
     return folder;
 }
 
+const std::optional<std::string>& FolderPaths::Of(int csidl) {
+    const auto [known, isNew] = m_known.try_emplace(csidl);
+    if (isNew) known->second = FolderPath(csidl);
+    return known->second;
+}
+
 std::string ModulePath(HMODULE module) {
     // No path is longer than this.
     constexpr std::size_t kLongestPath = 32768;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -36,6 +37,16 @@ std::string GetCurrentUserSidString();
 // The path of a shell folder by its CSIDL number, without a trailing backslash. Nothing if the system has no
 // such folder.
 std::optional<std::string> FolderPath(int csidl);
+
+// The same for one pass over many folders: each is asked for once, for the system takes its time over an
+// answer. Kept no longer than such a pass, since a folder may move. One thread.
+class FolderPaths {
+  public:
+    const std::optional<std::string>& Of(int csidl);
+
+  private:
+    std::map<int, std::optional<std::string>> m_known;
+};
 
 // The path of a loaded module's file, of the running program for null; empty if it cannot be had.
 std::string ModulePath(HMODULE module);

@@ -33,8 +33,12 @@ TEST(DelimitingTextStateMachine, ReplacesKnownVariablesInOnePass) {
     machine.AddDelimitedText("%Windir%", "C:\\Windows");
     machine.AddDelimitedText("%sid%", "");
     machine.AddDelimitedText("%self%", "%windir%");
-    for (const ReplaceCase& row : kReplaceCases)
-        EXPECT_EQ(Replaced(machine, row.text), row.replaced) << row.what;
+    // What was met once is replaced without a walk: nothing may change by that.
+    for (int round = 0; round < 2; ++round) {
+        for (const ReplaceCase& row : kReplaceCases) {
+            EXPECT_EQ(Replaced(machine, row.text), row.replaced) << row.what << ", round " << round;
+        }
+    }
 }
 
 TEST(DelimitingTextStateMachine, KeysAreTakenOnceAndForAll) {
@@ -60,7 +64,10 @@ TEST(DelimitingTextStateMachine, TheSecondByteOfADoubleByteCharacterIsNoDelimite
     EXPECT_EQ(Replaced(machine, "\x81%windir%"), "\x81%windir%");
     EXPECT_EQ(Replaced(machine, "\x81%%windir%\x81"), "\x81%W\x81");
     // kept: the match survives the character, and its value takes the place of what follows it.
-    EXPECT_EQ(Replaced(machine, "%win\x81%dir%!"), "%win\x81%W!");
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(Replaced(machine, "%win\x81%dir%!"), "%win\x81%W!");
+        EXPECT_EQ(Replaced(machine, "%windir%%win\x81%"), "W%win\x81%");
+    }
 }
 
 TEST(DelimitingTextStateMachine, ValuesBuiltFromValuesDoNotFillTheMemory) {

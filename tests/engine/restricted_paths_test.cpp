@@ -39,7 +39,8 @@ TEST(ProtectedPaths, AreThirteenFoldersAndTheDrivesInTheirOrder) {
             if (csidl != missing) expected.push_back("c:\\folder " + std::to_string(csidl));
         }
         for (const char* drive : {"a:", "c:", "z:"}) expected.push_back(drive);
-        EXPECT_EQ(ProtectedPaths(), expected);
+        FolderPaths asked;
+        EXPECT_EQ(ProtectedPaths(asked), expected);
     }
 }
 
