@@ -106,7 +106,7 @@ constexpr ContentRow kPoetry[] = {
 };
 
 constexpr ContentRow kMinecraft[] = {
-    {Trace, R"(%appdata%\.minecraft\logs\latest.log)"},
+    {Chosen, R"(%appdata%\.minecraft\logs\latest.log)"},
     {Trace, R"(%appdata%\.minecraft\assets\skins\0a\0a1b)"},
     {Chosen, R"(%appdata%\.minecraft\command_history.txt)"},
     {Kept, R"(%appdata%\.minecraft\saves\World\level.dat)"},
