@@ -20,11 +20,13 @@ hand_in() {
     OUT=$(scripts/contained-wine --out "$VELVANE_PREFIX")
     rm -rf -- "$OUT/definitions"
     cp -rL -- "$FOLDER" "$OUT/definitions"
-    # The build draws them in the same size.
-    local drawing
-    for drawing in "$OUT"/definitions/pictures/*.svg; do
+    # The build draws them in the same sizes.
+    local drawing size
+    for drawing in "$OUT"/definitions/pictures/{,applications/}*.svg; do
         [[ -f $drawing ]] || continue
-        rsvg-convert --width 64 --height 64 --output "${drawing%.svg}.png" "$drawing"
+        size=64
+        [[ $drawing != */applications/* ]] || size=32
+        rsvg-convert --width $size --height $size --output "${drawing%.svg}.png" "$drawing"
     done
     if ((EUID == 0)); then chown -R "$RUNNER_UID:$RUNNER_UID" -- "$OUT/definitions"; fi
 }

@@ -232,6 +232,7 @@ class Checker {
         const char* attribute = node.attribute("Image") ? "Image" : kPictureFile;
         std::string base64 = node.attribute(attribute).value();
         if (attribute == kPictureFile && node.attribute(kPictureFile)) {
+            if (base64.empty()) return;  // the same as none
             const auto bytes = ReadFileBytes(PathBeside(m_source->File(), base64));
             if (!bytes || bytes->empty()) return;  // the join tells it
             base64 = EncodeBase64(*bytes);

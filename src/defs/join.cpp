@@ -9,6 +9,7 @@
 #include "base/memory_archive.h"
 #include "base/xml_text.h"
 #include "defs/patterns.h"
+#include "defs/picture_extras.h"
 #include "engine/definition_elements.h"
 
 namespace {
@@ -132,6 +133,11 @@ class Join {
     void PutPicture(const SourceDocument& source, const pugi::xml_node& node, pugi::xml_node joined) {
         const pugi::xml_attribute file = node.attribute(kPictureFile);
         if (!file) return;
+        // What a pattern leaves where its user names none.
+        if (*file.value() == '\0') {
+            joined.remove_attribute(kPictureFile);
+            return;
+        }
         if (node.attribute("Image")) {
             m_findings.push_back(source.FindingAt(file, "there is an Image already"));
             return;
@@ -142,7 +148,8 @@ class Join {
                 source.FindingAt(file, "'" + std::string(file.value()) + "' cannot be read"));
             return;
         }
-        joined.insert_attribute_after("Image", joined.attribute(kPictureFile)) = EncodeBase64(*bytes).c_str();
+        joined.insert_attribute_after("Image", joined.attribute(kPictureFile)) =
+            EncodeBase64(WithoutPictureExtras(*bytes)).c_str();
         joined.remove_attribute(kPictureFile);
     }
 
