@@ -37,6 +37,7 @@ class Demonstration {
 
     void Run(bool stay) {
         Require(m_hand.Control(IDC_SCAN_START) != nullptr, "the window with its button does not come");
+        ::SetCursorPos(0, 0);  // where it hovers over nothing: a tip would cover what a picture is to show
         Picture("1-intro");
         m_hand.Press(IDC_SCAN_START);
         Require(m_hand.Control(IDC_SCAN_CLEAN) != nullptr, "the scan does not end");
