@@ -32,6 +32,11 @@ std::optional<std::string> RebootTarget(const std::string& path, const std::stri
     return JoinPath(rebootFolder, path.substr(backslash + 1) + tail);
 }
 
+bool IsFolder(const std::string& path) {
+    const DWORD attributes = ::GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 DWORD PendingMovesSize() {
     return RegValueSize(HKEY_LOCAL_MACHINE, kSessionManagerKey, kPendingMovesValue);
 }
@@ -56,7 +61,9 @@ void CCleaningEngine::ScheduleForReboot(const std::string& path) {
         return;
     }
     std::optional<std::string> target;
-    if (m_passCount == 0) {
+    // A folder is never moved: what is still in it, which nobody asked for, would go along and be shredded.
+    // The restart deletes it if it is empty by then.
+    if (m_passCount == 0 || IsFolder(path)) {
         ENGINE_TRACE("File will be deleted on reboot: '%s'.", path.c_str());
     } else {
         target = RebootTarget(path, GetRebootFolder(true));

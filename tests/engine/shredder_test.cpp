@@ -22,13 +22,17 @@ class Schedules {
             EXPECT_EQ(flags, DWORD{MOVEFILE_DELAY_UNTIL_REBOOT});
             from_.emplace_back(from);
             EXPECT_TRUE(to == nullptr || *to != '\0');
+            moves_ += to != nullptr;
             return TRUE;
         });
     }
     const std::vector<std::string>& From() const { return from_; }
+    // How many are to be moved, not deleted.
+    int Moves() const { return moves_; }
 
   private:
     std::vector<std::string> from_;
+    int moves_ = 0;
     ApiHook<decltype(&::MoveFileExA)> m_moves{"MoveFileExA"};
 };
 
@@ -185,7 +189,8 @@ TEST_F(Shredder, APathThatFillsTheBufferIsTheLongestThatCanBeRenamed) {
     EXPECT_EQ(schedules.From(), Paths({tooLong}));
 }
 
-TEST_F(Shredder, RemovesAnEmptyFolderAndSchedulesAFullOne) {
+// What stays in a folder was not chosen, so the restart must not move it to where everything is shredded.
+TEST_F(Shredder, RemovesAnEmptyFolderAndSchedulesAFullOneWithoutItsContent) {
     EXPECT_TRUE(engine.ShredFile(folder.MakeFolder("empty"), false));
     folder.MakeFile("full\\a.txt");
     EXPECT_FALSE(engine.ShredFile(folder.At("full"), false));
@@ -195,6 +200,7 @@ TEST_F(Shredder, RemovesAnEmptyFolderAndSchedulesAFullOne) {
     EXPECT_FALSE(engine.ShredFile(stays, false)) << "the system says that it was done, and the folder stays";
     EXPECT_EQ(NamesIn(folder.Path()), Paths({"full", "stays"}));
     EXPECT_EQ(schedules.From(), Paths({folder.At("full"), stays}));
+    EXPECT_EQ(schedules.Moves(), 0);
 }
 
 // A platform that opens what a link leads to gives no way to remove the link itself: it stays, and so does
