@@ -31,6 +31,12 @@ bool IsFolderLink(const std::string& path) {
            IsLink(path.c_str());
 }
 
+// True if the content has more names than the one that it was opened by.
+bool HasOtherNames(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information = {};
+    return ::GetFileInformationByHandle(file, &information) && information.nNumberOfLinks > 1;
+}
+
 // kept: only a bin that reports no items is emptied; one that holds anything is left alone.
 void TidyEmptyRecycleBin() {
     SHQUERYRBINFO info = {};
@@ -75,6 +81,8 @@ bool CCleaningEngine::OverwriteForShred(const std::string& path) {
         ::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                       FILE_FLAG_WRITE_THROUGH | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (!file) return false;
+    // Only the name was chosen; the content still belongs to the others.
+    if (HasOtherNames(file.get())) return true;
     const DWORD attributes = ::GetFileAttributesA(path.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kSpecialAttributes)) {
         return OverwriteSpecialFile(path);

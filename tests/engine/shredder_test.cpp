@@ -117,6 +117,20 @@ TEST_F(Shredder, DoesNotOverwriteASpecialFile) {
     }
 }
 
+// What a package manager links from its cache into a project has one content.
+TEST_F(Shredder, LeavesTheContentToTheOtherNamesOfTheFile) {
+    const std::string file = folder.MakeFile("cache.txt", "precious");
+    const std::string other = folder.At("project.txt");
+    ASSERT_TRUE(::CreateHardLinkA(other.c_str(), file.c_str(), nullptr));
+    EXPECT_TRUE(engine.ShredFile(file, false));
+    EXPECT_EQ(NamesIn(folder.Path()), Paths({"project.txt"}));
+    EXPECT_EQ(FileContent(other), "precious");
+
+    WriteRecorder recorder;
+    EXPECT_TRUE(engine.ShredFile(other, false));
+    EXPECT_EQ(recorder.passes.size(), 1u) << "the last name takes the content along";
+}
+
 TEST_F(Shredder, SchedulesALockedFileAndLeavesItAsItIs) {
     for (const int passes : {0, 3}) {
         SCOPED_TRACE(passes);
