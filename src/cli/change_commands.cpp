@@ -10,6 +10,7 @@
 #include "cli/session.h"
 #include "cli/shred_plan.h"
 #include "cli/text_report.h"
+#include "system/redirection_off.h"
 #include "system/system_facts.h"
 
 // The commands that remove.
@@ -29,6 +30,13 @@ std::optional<ExitCode> AskWhether(const Session& session, const std::string& wh
     if (answer == Answer::Yes && !session.stop.IsMade()) return std::nullopt;
     PrintError("velvane-cli", "nothing was removed");
     return answer == Answer::Stopped || session.stop.IsMade() ? ExitCode::Stopped : ExitCode::Done;
+}
+
+// What `look` answers, with the files seen that the shred run works on: without redirection.
+template <class Look>
+auto WithoutRedirection(Look look) {
+    const RedirectionOff redirection(IsWow64());
+    return look();
 }
 
 // Runs the engine's clean and notes in the report what became of each result. False when it cannot start.
@@ -144,19 +152,21 @@ ExitCode RunClean(const Options& options) {
 
 ExitCode RunShred(const Options& options) {
     if (!CanAsk(options)) return ExitCode::Usage;
-    const auto paths = FullPaths(options.arguments);
+    const auto paths = WithoutRedirection([&] { return FullPaths(options.arguments); });
     if (const auto* problem = std::get_if<PathProblem>(&paths)) {
         PrintError(problem->path, problem->cause);
         return ExitCode::Usage;
     }
     Session session(options);
     if (const auto end = session.Open(!options.dryRun)) return *end;
-    const auto planned = PlanShred(
-        std::get<std::vector<std::string>>(paths),
-        [&](const std::string& path) {
-            return options.force ? std::string() : ProtectionOf(session.engine, path);
-        },
-        [&] { return session.stop.IsMade(); });
+    const auto planned = WithoutRedirection([&] {
+        return PlanShred(
+            std::get<std::vector<std::string>>(paths),
+            [&](const std::string& path) {
+                return options.force ? std::string() : ProtectionOf(session.engine, path);
+            },
+            [&] { return session.stop.IsMade(); });
+    });
     if (const auto* problem = std::get_if<PathProblem>(&planned)) {
         PrintError(problem->path, problem->cause);
         return ExitCode::Usage;
@@ -177,7 +187,7 @@ ExitCode RunShred(const Options& options) {
     auto outcome = Shred(session, plan);
     if (!outcome) return CannotStart();
     report = std::move(*outcome);
-    session.PrintReport(ShredJson(report), ShredText(report));
+    WithoutRedirection([&] { session.PrintReport(ShredJson(report), ShredText(report)); });
     const bool failures = CountOf(report, Fate::Failed) > 0 || !plan.passedOver.empty();
     return OutcomeCode(report.stopped, failures, !report.waiting.empty());
 }

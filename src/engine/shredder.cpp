@@ -13,7 +13,7 @@
 #include "system/files.h"
 #include "system/handles.h"
 #include "system/redirection_off.h"
-#include "system/redirection_table.h"
+#include "system/system_facts.h"
 
 namespace {
 
@@ -147,7 +147,8 @@ bool CCleaningEngine::ShredListed(const std::string& path) {
         ::Sleep(kDryRunPause);
         return true;  // kept: without a change to the counter
     }
-    const bool done = ShredFile(path, IsRegTableInForce());
+    // Who fills the list looks at it in the same way: a redirected path would be another file.
+    const bool done = ShredFile(path, IsWow64());
     ++(done ? m_cleaned : m_failed);
     return done;
 }

@@ -96,6 +96,23 @@ TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"a.txt", "b.txt"}));
 }
 
+// A 32-bit process lists the real System32 without redirection; with it the run would destroy another file.
+TEST_F(ShredRun, WorksOnTheFilesThatWereListedWithoutRedirection) {
+    Queue({"a.txt"});
+    auto wow64 = LATE_BOUND_HOOK(IsWow64Process);
+    wow64.Replace([](HANDLE, BOOL* answer) {
+        *answer = TRUE;
+        return TRUE;
+    });
+    auto disables = LATE_BOUND_HOOK(Wow64DisableWow64FsRedirection);
+    disables.Replace([](PVOID*) { return TRUE; });
+    auto reverts = LATE_BOUND_HOOK(Wow64RevertWow64FsRedirection);
+    reverts.Replace([](PVOID) { return TRUE; });
+    Shred(1);
+    EXPECT_EQ(disables.Calls(), 1);
+    EXPECT_EQ(reverts.Calls(), 1);
+}
+
 struct BinCase {
     const char* name;
     HRESULT answer;
