@@ -1,5 +1,6 @@
 #include "system/files.h"
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 
@@ -43,6 +44,34 @@ bool IsEntryItself(HANDLE handle, const std::string& folder, const char* name) {
     if (expected.empty()) return false;
     if (!expected.ends_with('\\')) expected += '\\';
     return expected + name == FinalPath(handle);
+}
+
+// Where the part of a path that begins at `start` ends: at the next backslash, or at the end of the path.
+std::size_t EndOfPart(std::string_view path, std::size_t start) {
+    while (start < path.size() && path[start] != '\\') {
+        // The second byte of a character may look like a backslash.
+        start += ::IsDBCSLeadByte(static_cast<BYTE>(path[start])) ? 2 : 1;
+    }
+    return std::min(start, path.size());
+}
+
+// False for a name that the system, when it gets it back in a path, takes for that of something else: it
+// drops dots and blanks at the end, and separates at these characters. Other systems, and paths that begin
+// with
+// \\?\, do make such names.
+bool IsPlainName(std::string_view name) {
+    return EndOfPart(name, 0) == name.size() && !name.ends_with('.') && !name.ends_with(' ') &&
+           name.find_first_of("/:") == std::string_view::npos;
+}
+
+bool IsPlainPath(std::string_view path) {
+    const bool hasDrive = path.size() >= 2 && path[1] == ':';
+    for (std::size_t start = hasDrive ? 2 : 0; start < path.size();) {
+        const std::size_t end = EndOfPart(path, start);
+        if (!IsPlainName(path.substr(start, end - start))) return false;
+        start = end + 1;
+    }
+    return true;
 }
 
 bool WriteWholeFile(const std::string& path, const void* data, std::uint32_t size) {
@@ -101,7 +130,7 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
     const std::string_view name(entry.cFileName, ::strnlen(entry.cFileName, sizeof entry.cFileName));
     if (name.empty() || name.size() == sizeof entry.cFileName) return std::nullopt;
     // No real name has one: it stands for a character that the code page lacks.
-    if (name.find('?') != std::string_view::npos) return std::nullopt;
+    if (name.find('?') != std::string_view::npos || !IsPlainName(name)) return std::nullopt;
     const auto path = JoinPath(folder, name);
     if (!path) return std::nullopt;
     // U+FFFD is the same in UTF-8, but a name may really hold it.
@@ -111,7 +140,7 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
 
 bool IsSurvivingPath(const std::string& path) {
     if (path.empty() || path.size() >= kPathCapacity) return false;
-    if (path.find_first_of("*?") != std::string::npos) return false;
+    if (path.find_first_of("*?") != std::string::npos || !IsPlainPath(path)) return false;
     return path.find("\xEF\xBF\xBD") == std::string::npos || !IsGone(path.c_str());
 }
 

@@ -29,7 +29,8 @@ bool IsLink(const char* path);
 bool FindNextEntry(HANDLE find, WIN32_FIND_DATAA& entry);
 
 // The name of a found entry if it names that entry again when it is handed back to the system; nothing
-// when the name has characters that the process's code page does not have or does not fit.
+// when the name has characters that the process's code page does not have, when the system would take it for
+// another one, or when it does not fit.
 std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, const std::string& folder);
 
 // The same for a whole path that the system has put into the process's code page: false for one that may name

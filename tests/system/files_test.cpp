@@ -44,6 +44,15 @@ TEST(FoundNames, AreTakenOnlyIfTheyNameTheEntryAgain) {
     EXPECT_TRUE(survives("\xC3\xA4.txt", folder.Path()));
     EXPECT_FALSE(survives("", folder.Path()));
     EXPECT_FALSE(survives("a?.txt", folder.Path()));
+    // Below these names the system finds what "a" stands for, or a place elsewhere.
+    for (const char* name : {"a.", "a ", "a. .", "a:b", "b\\..", "b/a"}) {
+        EXPECT_FALSE(survives(name, folder.Path())) << name;
+        EXPECT_FALSE(IsSurvivingPath(folder.Path() + name + "\\c")) << name;
+    }
+    EXPECT_TRUE(survives(".a. b", folder.Path()));
+    for (const char* path : {"C:\\", "C:\\.a. b\\", "\\\\server\\share\\a.txt"}) {
+        EXPECT_TRUE(IsSurvivingPath(path)) << path;
+    }
     EXPECT_FALSE(survives(replacement, folder.Path())) << "it stands for something else";
     folder.MakeFile(replacement);
     EXPECT_TRUE(survives(replacement, folder.Path())) << "it is the name";
