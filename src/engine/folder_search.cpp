@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "base/file_pattern.h"
 #include "base/ini_value_name.h"
 #include "base/match_mask.h"
 #include "system/files.h"
@@ -57,10 +58,28 @@ class FolderLevel {
     std::uint32_t m_count = 0;
 };
 
+std::wstring WideLowerText(std::string_view text) {
+    std::wstring wide(text.size(), L'\0');
+    const int size = static_cast<int>(text.size());
+    const int length = ::MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(length));
+    ::CharLowerBuffW(wide.data(), static_cast<DWORD>(length));
+    return wide;
+}
+
+// A file whose short name alone fits a pattern is not what the pattern speaks of; without a wildcard it is
+// the one that is named.
+bool IsFoundByItsName(const WIN32_FIND_DATAA& entry, std::string_view name, const std::wstring& pattern) {
+    return entry.cAlternateFileName[0] == '\0' || pattern.find_first_of(L"*?") == std::wstring::npos ||
+           CanFitPattern(pattern, WideLowerText(name));
+}
+
 }  // namespace
 
 std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink) {
-    const auto folder = std::make_shared<const std::string>(pattern.substr(0, pattern.rfind('\\') + 1));
+    const std::size_t nameStart = pattern.rfind('\\') + 1;
+    const auto folder = std::make_shared<const std::string>(pattern.substr(0, nameStart));
+    const std::wstring namePattern = WideLowerText(std::string_view(pattern).substr(nameStart));
     WIN32_FIND_DATAA entry;
     const auto find = OwnHandle<UniqueFind>(::FindFirstFileA(pattern.c_str(), &entry));
     if (!find) return 0;
@@ -68,7 +87,7 @@ std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink) {
     do {
         if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
         const auto name = SurvivingName(entry, *folder);
-        if (!name) continue;
+        if (!name || !IsFoundByItsName(entry, *name, namePattern)) continue;
         sink.Add(ResultType::File, folder, std::string(*name));
         ++count;
     } while (FindNextEntry(find.get(), entry) && !sink.Cancelled());

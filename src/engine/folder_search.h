@@ -9,7 +9,8 @@
 // the counters. Links are listed as themselves and never entered; an entry whose path would not fit is passed
 // over.
 
-// The files (not folders) that the pattern finds in its one folder, by the system's rules for patterns.
+// The files (not folders) that the pattern finds in its one folder, by the system's rules for patterns, but
+// none whose short name alone ("PAGE~1.HTM") fits.
 std::uint32_t ScanFiles(const std::string& pattern, ScanSink& sink);
 
 // Everything below `folder` (which ends in a backslash), children before their folder. With a mask only the

@@ -91,6 +91,32 @@ TEST(FolderSearch, MaskTakesFilesInAllFoldersAndAPatternThoseOfOne) {
     EXPECT_EQ(ScanFiles(folder.At("sub"), sink), 0u) << "a folder is no file";
 }
 
+// The system finds "page.html" by "*.htm", because its short name ends so.
+TEST(FolderSearch, APatternFindsNothingByItsShortName) {
+    const TestFolder folder;
+    for (const char* name : {"page.html", "long page.htm", "Ab.longer", "\u00c4.longer", "no dot at all"}) {
+        folder.MakeFile(name);
+    }
+    const auto found = [&](const char* pattern) {
+        RecordingSink sink;
+        ScanFiles(folder.At(pattern), sink);
+        Lines lines = sink.Lines(folder.Path());
+        std::sort(lines.begin(), lines.end());
+        return lines;
+    };
+    WIN32_FIND_DATAA entry;
+    HANDLE search = ::FindFirstFileA(folder.At("page.html").c_str(), &entry);
+    ::FindClose(search);
+    EXPECT_EQ(found(entry.cAlternateFileName), Lines{"file |page.html"}) << "it is named by its short name";
+    search = ::FindFirstFileA(folder.At("*.htm").c_str(), &entry);
+    EXPECT_TRUE(::FindNextFileA(search, &entry)) << "the system itself finds both";
+    ::FindClose(search);
+    EXPECT_EQ(found("*.htm"), Lines{"file |long page.htm"});
+    EXPECT_EQ(found("aB.lon*"), Lines{"file |Ab.longer"});
+    EXPECT_EQ(found("\u00e4.LONGE?"), Lines{"file |\u00c4.longer"});
+    EXPECT_EQ(found("*.*").size(), 5u);
+}
+
 TEST(FolderSearch, PathsThatDoNotFitArePassedOverAndNeverCut) {
     const TestFolder folder;
     std::string deep = folder.Path();
