@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <mutex>
 #include <pugixml.hpp>
 #include <string>
@@ -96,8 +97,11 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     if (IsRegistryType(type)) {
         FillRegistryItem(item, element, location, m_definitionMemory);
     } else if (IsPathType(type)) {
-        item.restricted = IsRestrictedLocation(location);
-        item.location = m_definitionMemory.Keep(location);
+        // A variable's value may have them, and what a search finds is put together at the backslashes.
+        std::string path(location);
+        std::ranges::replace(path, '/', '\\');
+        item.restricted = IsRestrictedLocation(path);
+        item.location = m_definitionMemory.Keep(path);
     } else if (type == ItemType::IniValue) {
         FillIniItem(item, element, location, m_definitionMemory);
     }

@@ -11,8 +11,16 @@
 #include "engine/recycle_bin.h"
 #include "engine/registry_search.h"
 #include "engine/trace.h"
+#include "system/shell_items.h"
 
 namespace {
+
+// A location that leaves its drive or folder open, because a variable is not defined or its value is no whole
+// path, would be looked for in whatever folder is the current one.
+bool IsSearchable(ItemType type, const std::string& location) {
+    if (type == ItemType::Directory && IsRecycleBinLocation(location)) return true;
+    return !IsPathType(type) || IsFullPath(location);
+}
 
 std::uint32_t SearchFolder(const std::string& location, ScanSink& sink) {
     const FolderLocation parts = SplitFolderLocation(location);
@@ -138,6 +146,7 @@ std::uint32_t CCleaningEngine::ScanItems(const tagCLEAN_ENTITY& entity) {
 std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
     const std::string location = item.location.OrEmpty();
     const std::string valueName = item.valueName.OrEmpty();
+    if (!IsSearchable(item.type, location)) return 0;
     switch (item.type) {
         case ItemType::RegValue:
             return ScanRegValue(item.hive, location, valueName, sink);

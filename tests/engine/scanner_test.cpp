@@ -246,4 +246,22 @@ TEST_F(Scanner, AHandleOfAResultEndsWithTheNextScan) {
     EXPECT_FALSE(engine->IsWhitelisted("a.txt"));
 }
 
+// What is not a whole path would be searched, and cleaned, in the current folder.
+TEST_F(Scanner, SearchesWholePathsOnlyWhicheverWayTheirSlashesLean) {
+    const std::string wanted = folder.MakeFile("sub\\a.txt");
+    for (const char* name : {"a.txt", "%nothing%\\a.txt", "%nothing%\\sub\\b.txt"}) folder.MakeFile(name);
+    std::string slashes = wanted;
+    std::ranges::replace(slashes, '\\', '/');
+    char former[MAX_PATH] = "";
+    ::GetCurrentDirectoryA(sizeof former, former);
+    ASSERT_TRUE(::SetCurrentDirectoryA(folder.Path().c_str()));
+    const std::string fromRoot = folder.At("sub").substr(2);
+    EXPECT_TRUE(Load(OneEntityXml(ItemXml("File", slashes) + ItemXml("File", "%nothing%\\*.txt") +
+                                  ItemXml("Folder", "%nothing%\\") + ItemXml("File", "a.txt") +
+                                  ItemXml("File", fromRoot + "\\*") + ItemXml("Folder", fromRoot + "\\"))));
+    Scan();
+    ::SetCurrentDirectoryA(former);
+    EXPECT_EQ(Found(Entity()), Lines{wanted});
+}
+
 }  // namespace
