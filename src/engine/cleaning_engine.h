@@ -16,6 +16,7 @@
 #include "engine/clean_records.h"
 #include "engine/definition_memory.h"
 #include "engine/engine_messages.h"
+#include "engine/protected_folders.h"
 #include "engine/result_store.h"
 #include "engine/whitelist.h"
 #include "system/critical_section.h"
@@ -270,5 +271,6 @@ class CCleaningEngine {
     std::vector<std::string> m_waitingForRestart;
     std::unique_ptr<DelimitingTextStateMachine> m_variables;
     std::vector<std::string> m_restrictedPaths;
+    std::optional<ProtectedFolders> m_protectedFolders;  // as the latest scan found them
     Whitelist m_whitelist;
 };

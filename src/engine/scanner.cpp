@@ -22,6 +22,15 @@ bool IsSearchable(ItemType type, const std::string& location) {
     return !IsPathType(type) || IsFullPath(location);
 }
 
+// The folder of which an item takes everything, if it does.
+std::optional<std::string> FolderTakenWhole(ItemType type, const std::string& location) {
+    if (!IsPathType(type)) return std::nullopt;
+    const FolderLocation parts = SplitFolderLocation(location);
+    const std::string_view mask = parts.mask ? parts.mask : "*";
+    if (mask != "*" && mask != "*.*") return std::nullopt;
+    return parts.folder;
+}
+
 std::uint32_t SearchFolder(const std::string& location, ScanSink& sink) {
     const FolderLocation parts = SplitFolderLocation(location);
     return ScanFolder(parts.folder, parts.mask, sink);
@@ -66,6 +75,7 @@ void CCleaningEngine::Scan() {
     if (m_scanTotal != 0) {
         ClearResults();
         m_scanImages.clear();
+        m_protectedFolders.emplace(m_restrictedPaths);
         ScanCategories();
         PruneEmptyNodes();
     }
@@ -147,6 +157,8 @@ std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
     const std::string location = item.location.OrEmpty();
     const std::string valueName = item.valueName.OrEmpty();
     if (!IsSearchable(item.type, location)) return 0;
+    const auto wholeFolder = FolderTakenWhole(item.type, location);
+    if (wholeFolder && m_protectedFolders->Contains(*wholeFolder)) return 0;
     switch (item.type) {
         case ItemType::RegValue:
             return ScanRegValue(item.hive, location, valueName, sink);

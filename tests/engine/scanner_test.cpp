@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shlobj.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -8,6 +10,7 @@
 #include "engine/bin_stand_in.h"
 #include "engine/engine_fixture.h"
 #include "support/api_hook.h"
+#include "support/folder_link.h"
 
 namespace {
 
@@ -262,6 +265,31 @@ TEST_F(Scanner, SearchesWholePathsOnlyWhicheverWayTheirSlashesLean) {
     Scan();
     ::SetCurrentDirectoryA(former);
     EXPECT_EQ(Found(Entity()), Lines{wanted});
+}
+
+// A variable may spell a protected folder in any way, or name one that it is in.
+TEST_F(Scanner, NeverTakesAProtectedFolderWholeHoweverItIsSpelt) {
+    folder.MakeFile("above\\profile\\a.txt");
+    folder.MakeFile("above\\beside\\b.txt");
+    const std::string profile = folder.At("above\\profile");
+    const FolderLink link(folder.At("link"), profile);
+    auto folders = API_HOOK(SHGetFolderPathA);
+    folders.Replace([&](HWND, int csidl, HANDLE, DWORD, LPSTR path) -> HRESULT {
+        if (csidl != CSIDL_PROFILE) return E_FAIL;
+        ::lstrcpyA(path, profile.c_str());
+        return S_OK;
+    });
+    const std::string above = folder.At("above");
+    std::string items = ItemXml("Folder", above + "\\");
+    for (const std::string& spelling : {above + "\\beside\\..\\profile", above + "\\.\\profile",
+                                        folder.At("link"), above + "\\profile\\.", "\\\\?\\" + profile}) {
+        items += ItemXml("Folder", spelling + "\\") + ItemXml("File", spelling + "\\*");
+    }
+    const std::string allowed =
+        ItemXml("File", folder.At("link") + "\\*.txt") + ItemXml("Folder", above + "\\beside\\");
+    EXPECT_TRUE(Load(OneEntityXml(items + allowed)));
+    Scan();
+    EXPECT_EQ(Found(Entity()), (Lines{folder.At("link\\a.txt"), above + "\\beside\\b.txt"}));
 }
 
 }  // namespace
