@@ -7,6 +7,7 @@
 #include "base/ini_value_name.h"
 #include "base/random_text.h"
 #include "engine/cleaning_engine.h"
+#include "engine/file_overwrite.h"
 #include "engine/folder_removal.h"
 #include "engine/trace.h"
 #include "engine/url_cache.h"
@@ -108,6 +109,20 @@ bool CleanIniValue(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result, boo
         ENGINE_TRACE("Error: could not clean ini value '%s' %s.", file, valueName.c_str());
     }
     return done;
+}
+
+// True if a folder between the item's own one and the result is a link. The scan entered none, so one has
+// taken a folder's place since, and leads elsewhere.
+bool IsBehindNewLink(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
+    const std::string& path = *result.path;
+    const std::string_view location = item.location.OrEmpty();
+    const std::string_view folder = location.substr(0, location.rfind('\\') + 1);
+    // What lies in the recycle bin is not below its item's location.
+    const std::size_t start = path.starts_with(folder) ? folder.size() : VolumeRoot(path).size();
+    for (std::size_t end = path.find('\\', start); end != std::string::npos; end = path.find('\\', end + 1)) {
+        if (IsLink(path.substr(0, end).c_str())) return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -221,6 +236,12 @@ std::uint32_t CCleaningEngine::CleanResults(const tagCLEAN_ITEM* firstItem, std:
 }
 
 bool CCleaningEngine::CleanResult(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
+    const bool isPath = result.type == ResultType::File || result.type == ResultType::Directory;
+    if (isPath && !m_scanOnly && IsBehindNewLink(item, result)) {
+        ENGINE_TRACE("Error: a link leads to '%s%s'.", result.path->c_str(),
+                     result.name.value_or("").c_str());
+        return false;
+    }
     switch (result.type) {
         case ResultType::RegValue:
             return CleanRegValue(item, result, m_scanOnly);

@@ -13,6 +13,7 @@
 #include "engine/message_log.h"
 #include "engine/write_recorder.h"
 #include "support/api_hook.h"
+#include "support/folder_link.h"
 #include "system/handles.h"
 #include "system/redirection_table.h"
 
@@ -160,6 +161,25 @@ TEST_F(Cleaner, WhatVanishedSinceTheScanIsCleaned) {
     Clean();
     ExpectCounters(4, 0);
     EXPECT_EQ(writes.Calls(), 0) << "a value without a size is not made anew to be overwritten";
+}
+
+TEST_F(Cleaner, DoesNotFollowALinkThatTookTheWayOfTheScan) {
+    const TestFolder elsewhere;
+    for (const char* name : {"a.txt", "deep\\b.txt"}) {
+        elsewhere.MakeFile(name);
+        folder.MakeFile(std::string("root\\sub\\") + name);
+    }
+    elsewhere.MakeFolder("empty");
+    folder.MakeFolder("root\\sub\\empty");
+    auto schedules = API_HOOK(MoveFileExA);
+    Find(OneEntityXml(FolderItem("root")), 5);
+    ASSERT_TRUE(::MoveFileA(folder.At("root\\sub").c_str(), folder.At("moved").c_str()));
+    const FolderLink link(folder.At("root\\sub"), elsewhere.Path());
+    Clean(1);
+    ExpectCounters(0, 5);
+    EXPECT_EQ(schedules.Calls(), 0);
+    EXPECT_EQ(NamesIn(elsewhere.Path()), Lines({"a.txt", "deep", "empty"}));
+    EXPECT_TRUE(Exists(elsewhere.At("deep\\b.txt")));
 }
 
 // What a value was overwritten with.
