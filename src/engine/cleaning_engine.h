@@ -235,7 +235,7 @@ class CCleaningEngine {
     bool OverwriteForShred(const std::string& path);
     bool OverwriteSpecialFile(const std::string& path) const;
     bool RenameAndDelete(const std::string& path) const;
-    bool ShredListed(const std::string& path);
+    bool ShredListed(const std::string& path, bool isReached);
     void ScheduleForReboot(const std::string& path);
 
     CriticalSection m_lock;               // the hierarchy and every worker

@@ -4,6 +4,8 @@
 
 #include <mutex>
 #include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "engine/cleaning_engine.h"
 #include "engine/file_overwrite.h"
@@ -36,6 +38,31 @@ bool HasOtherNames(HANDLE file) {
     BY_HANDLE_FILE_INFORMATION information = {};
     return ::GetFileInformationByHandle(file, &information) && information.nNumberOfLinks > 1;
 }
+
+// The folders of a list. What is in them was listed with them, as long as none was a link.
+class ListedFolders {
+  public:
+    explicit ListedFolders(const std::vector<std::string>& paths) {
+        for (const std::string& path : paths) {
+            const DWORD attributes = ::GetFileAttributesA(path.c_str());
+            if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) continue;
+            m_folders.insert(LowerText(path.ends_with('\\') ? path.substr(0, path.size() - 1) : path));
+        }
+    }
+
+    // True if one of them that holds `path` is a link by now, and leads elsewhere.
+    bool IsBehindNewLink(const std::string& path) const {
+        for (std::size_t end = path.find('\\'); end != std::string::npos; end = path.find('\\', end + 1)) {
+            const std::string folder = path.substr(0, end);
+            const bool isOnTheWay = end + 1 < path.size();  // and not the listed folder itself
+            if (isOnTheWay && m_folders.contains(LowerText(folder)) && IsLink(folder.c_str())) return true;
+        }
+        return false;
+    }
+
+  private:
+    std::unordered_set<std::string> m_folders;  // in lower case, without a backslash at the end
+};
 
 // kept: only a bin that reports no items is emptied; one that holds anything is left alone.
 void TidyEmptyRecycleBin() {
@@ -123,10 +150,11 @@ void CCleaningEngine::ShredList() {
     const std::size_t count = m_shredFiles.size();
     const DWORD start = ::GetTickCount();
     Send(WM_ENGINE_SHRED_STARTED, 0, 0);
+    const ListedFolders folders(m_shredFiles);
     for (std::size_t i = 0; i < count; ++i) {
         const std::string& path = m_shredFiles[i];
         ENGINE_TRACE("Shredding '%s'.", path.c_str());
-        const bool done = !m_cancel && ShredListed(path);
+        const bool done = !m_cancel && ShredListed(path, !folders.IsBehindNewLink(path));
         Send(WM_ENGINE_SHRED_PROGRESS, done ? reinterpret_cast<WPARAM>(path.c_str()) : 0,
              static_cast<LPARAM>((i + 1) * 100 / count));
         if (Stopped()) break;
@@ -142,13 +170,13 @@ void CCleaningEngine::ShredList() {
     Send(WM_ENGINE_SHRED_DONE, ::GetTickCount() - start, 0);
 }
 
-bool CCleaningEngine::ShredListed(const std::string& path) {
+bool CCleaningEngine::ShredListed(const std::string& path, bool isReached) {
     if (m_scanOnly) {
         ::Sleep(kDryRunPause);
         return true;  // kept: without a change to the counter
     }
     // Who fills the list looks at it in the same way: a redirected path would be another file.
-    const bool done = ShredFile(path, IsWow64());
+    const bool done = isReached && ShredFile(path, IsWow64());
     ++(done ? m_cleaned : m_failed);
     return done;
 }

@@ -10,6 +10,7 @@
 #include "engine/engine_fixture.h"
 #include "engine/message_log.h"
 #include "support/api_hook.h"
+#include "support/folder_link.h"
 #include "system/handles.h"
 
 // The run over the files that the user chose.
@@ -94,6 +95,18 @@ TEST_F(ShredRun, ADryRunTakesItsTimeAndChangesNothing) {
     EXPECT_EQ(slept, 1000u);
     ExpectCounters(0, 0);
     EXPECT_EQ(NamesIn(folder.Path()), Lines({"a.txt", "b.txt"}));
+}
+
+TEST_F(ShredRun, DoesNotFollowALinkThatTookTheWayOfTheList) {
+    const TestFolder elsewhere;
+    const std::string precious = elsewhere.MakeFile("a.txt", "precious");
+    Queue({"Sub\\a.txt"});
+    engine->AddShredFile(folder.At("Sub") + "\\");
+    ASSERT_TRUE(::MoveFileA(folder.At("Sub").c_str(), folder.At("moved").c_str()));
+    const FolderLink link(folder.At("Sub"), elsewhere.Path());
+    Shred(1);
+    EXPECT_EQ(FileContent(precious), "precious");
+    ExpectCounters(0, 2);
 }
 
 // A 32-bit process lists the real System32 without redirection; with it the run would destroy another file.
