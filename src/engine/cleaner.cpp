@@ -13,6 +13,7 @@
 #include "engine/url_cache.h"
 #include "system/files.h"
 #include "system/registry.h"
+#include "system/trusted_path.h"
 
 namespace {
 
@@ -123,6 +124,14 @@ bool IsBehindNewLink(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
         if (IsLink(path.substr(0, end).c_str())) return true;
     }
     return false;
+}
+
+// The scan asked the same; but it may be long ago.
+bool LeadsElsewhere(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
+    const bool isPath = result.type == ResultType::File || result.type == ResultType::Directory;
+    if (isPath && IsBehindNewLink(item, result)) return true;
+    const bool isInFile = isPath || result.type == ResultType::IniValue;
+    return isInFile && PassesForeignLink(result.path->substr(0, result.path->rfind('\\') + 1));
 }
 
 }  // namespace
@@ -236,8 +245,7 @@ std::uint32_t CCleaningEngine::CleanResults(const tagCLEAN_ITEM* firstItem, std:
 }
 
 bool CCleaningEngine::CleanResult(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
-    const bool isPath = result.type == ResultType::File || result.type == ResultType::Directory;
-    if (isPath && !m_scanOnly && IsBehindNewLink(item, result)) {
+    if (!m_scanOnly && LeadsElsewhere(item, result)) {
         ENGINE_TRACE("Error: a link leads to '%s%s'.", result.path->c_str(),
                      result.name.value_or("").c_str());
         return false;

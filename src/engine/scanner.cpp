@@ -12,6 +12,7 @@
 #include "engine/registry_search.h"
 #include "engine/trace.h"
 #include "system/shell_items.h"
+#include "system/trusted_path.h"
 
 namespace {
 
@@ -20,6 +21,10 @@ namespace {
 bool IsSearchable(ItemType type, const std::string& location) {
     if (type == ItemType::Directory && IsRecycleBinLocation(location)) return true;
     return !IsPathType(type) || IsFullPath(location);
+}
+
+bool IsInFiles(ItemType type) {
+    return IsPathType(type) || type == ItemType::IniValue;
 }
 
 // The folder of which an item takes everything, if it does.
@@ -157,6 +162,7 @@ std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
     const std::string location = item.location.OrEmpty();
     const std::string valueName = item.valueName.OrEmpty();
     if (!IsSearchable(item.type, location)) return 0;
+    if (IsInFiles(item.type) && PassesForeignLink(location.substr(0, location.rfind('\\') + 1))) return 0;
     const auto wholeFolder = FolderTakenWhole(item.type, location);
     if (wholeFolder && m_protectedFolders->Contains(*wholeFolder)) return 0;
     switch (item.type) {

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "system/files.h"
+#include "system/handles.h"
 #include "system/system_facts.h"
 
 namespace {
@@ -33,16 +34,41 @@ bool IsTrustedOwner(const std::string& owner) {
     return !owner.empty() && owner == GetCurrentUserSidString();
 }
 
+std::string OwnerText(PSID owner, PSECURITY_DESCRIPTOR descriptor, DWORD status) {
+    const LocalBlock freer(descriptor);
+    return status == ERROR_SUCCESS ? SidText(owner) : "";
+}
+
+// Of the link itself, not of what it leads to.
+std::string LinkOwner(const char* link) {
+    const auto handle = OwnHandle<UniqueHandle>(
+        ::CreateFileA(link, READ_CONTROL, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (!handle) return {};
+    PSID owner = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    const DWORD status = ::GetSecurityInfo(handle.get(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
+                                           nullptr, nullptr, nullptr, &descriptor);
+    return OwnerText(owner, descriptor, status);
+}
+
 }  // namespace
+
+bool PassesForeignLink(const std::string& folder) {
+    for (std::size_t end = folder.find('\\'); end != std::string::npos; end = folder.find('\\', end + 1)) {
+        const std::string part = folder.substr(0, end);
+        if (IsLink(part.c_str()) && !IsTrustedOwner(LinkOwner(part.c_str()))) return true;
+    }
+    return false;
+}
 
 bool IsTrusted(const char* path) {
     if (IsLink(path)) return false;
     PSID owner = nullptr;
-    PSECURITY_DESCRIPTOR raw = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
     const DWORD status = ::GetNamedSecurityInfoA(path, SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner,
-                                                 nullptr, nullptr, nullptr, &raw);
-    const LocalBlock descriptor(raw);
-    return status == ERROR_SUCCESS && IsTrustedOwner(SidText(owner));
+                                                 nullptr, nullptr, nullptr, &descriptor);
+    return IsTrustedOwner(OwnerText(owner, descriptor, status));
 }
 
 void MakeProtectedFolder(const char* path) {

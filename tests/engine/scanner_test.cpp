@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <aclapi.h>
+#include <sddl.h>
 #include <shlobj.h>
 
 #include <algorithm>
@@ -290,6 +292,34 @@ TEST_F(Scanner, NeverTakesAProtectedFolderWholeHoweverItIsSpelt) {
     EXPECT_TRUE(Load(OneEntityXml(items + allowed)));
     Scan();
     EXPECT_EQ(Found(Entity()), (Lines{folder.At("link\\a.txt"), above + "\\beside\\b.txt"}));
+}
+
+// A cache that the user has moved elsewhere is one still; where others may make links, theirs lead anywhere.
+TEST_F(Scanner, FollowsTheUsersOwnLinksToALocationAndNobodyElses) {
+    const TestFolder elsewhere;
+    for (const char* name : {"a.txt", "deep\\b.txt"}) elsewhere.MakeFile(name);
+    elsewhere.MakeFile("c.ini", "[a]\r\nb=c\r\n");
+    const FolderLink link(folder.At("link"), elsewhere.Path());
+    const std::string at = folder.At("link") + "\\";
+    EXPECT_TRUE(Load(OneEntityXml(ItemXml("Folder", at + "deep\\") + ItemXml("File", at + "a.txt") +
+                                  ItemXml("IniValue", at + "c.ini", "Delete", "[a]b"))));
+    Scan();
+    EXPECT_EQ(Results(Entity()).size(), 3u);
+
+    auto security = API_HOOK(GetSecurityInfo);
+    security.Replace([](HANDLE, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID* owner, PSID*, PACL*, PACL*,
+                        PSECURITY_DESCRIPTOR* descriptor) -> DWORD {
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorA("O:S-1-5-21-1-2-3-1001", SDDL_REVISION_1,
+                                                               descriptor, nullptr);
+        BOOL defaulted = FALSE;
+        ::GetSecurityDescriptorOwner(*descriptor, owner, &defaulted);
+        return ERROR_SUCCESS;
+    });
+    Clean();
+    EXPECT_EQ(engine->GetItemsFailed(), 3u) << "the link was made since the scan";
+    EXPECT_EQ(NamesIn(elsewhere.Path()), (Lines{"a.txt", "c.ini", "deep"}));
+    Scan();
+    EXPECT_EQ(Found(Entity()), Lines());
 }
 
 }  // namespace
