@@ -10,6 +10,7 @@
 #include "cli/options.h"
 #include "cli/session.h"
 #include "system/console.h"
+#include "system/files.h"
 #include "system/library_search.h"
 #include "system/redirection_table.h"
 
@@ -67,6 +68,11 @@ int main(int argc, char** argv) {
     RestrictLibrarySearch(LibrarySearch::SystemAlone);
     SetProgramName("velvane-cli");
     const ConsoleCodePage codePage;
+    // With a character changed a path would be that of another file.
+    if (!ExactText(::GetCommandLineW())) {
+        PrintError("the command line", "has characters that this system's code page lacks");
+        return static_cast<int>(ExitCode::Usage);
+    }
     const ExitCode code = Run(std::vector<std::string>(argv + 1, argv + argc));
     if (OutputArrived()) return static_cast<int>(code);
     PrintError("standard output", "cannot be written");

@@ -144,6 +144,19 @@ bool IsSurvivingPath(const std::string& path) {
     return path.find("\xEF\xBF\xBD") == std::string::npos || !IsGone(path.c_str());
 }
 
+std::optional<std::string> ExactText(const wchar_t* text) {
+    const int size = ::WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(size), '\0');
+    if (::WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), size, nullptr, nullptr) == 0) {
+        return std::nullopt;
+    }
+    std::wstring back(narrow.size(), L'\0');
+    if (::MultiByteToWideChar(CP_ACP, 0, narrow.c_str(), -1, back.data(), size) == 0) return std::nullopt;
+    if (back.c_str() != std::wstring_view(text)) return std::nullopt;
+    narrow.pop_back();  // its terminator
+    return narrow;
+}
+
 std::string FinalPath(HANDLE handle) {
     using GetFinalPath = DWORD(WINAPI*)(HANDLE, LPSTR, DWORD, DWORD);
     const auto getFinalPath = FindEntryPoint<GetFinalPath>("kernel32", "GetFinalPathNameByHandleA");

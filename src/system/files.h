@@ -37,6 +37,10 @@ std::optional<std::string_view> SurvivingName(const WIN32_FIND_DATAA& entry, con
 // something else than it did there, or is too long for the program to handle.
 bool IsSurvivingPath(const std::string& path);
 
+// A text in the process's code page; nothing when it would come back as another. A character that the code
+// page lacks becomes one that looks like it, and a file's name that of another file.
+std::optional<std::string> ExactText(const wchar_t* text);
+
 // Where an open file or folder really is, with the prefix \\?\ in front; empty if the system cannot tell.
 std::string FinalPath(HANDLE handle);
 

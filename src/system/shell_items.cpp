@@ -9,14 +9,11 @@ UniqueReference<IMalloc> ShellAllocator() {
 }
 
 std::optional<std::string> ShellText(STRRET& text, const ITEMIDLIST* id, IMalloc* allocator) {
-    char path[kPathCapacity] = "";
     switch (text.uType) {
         case STRRET_WSTR: {
-            const int size =
-                ::WideCharToMultiByte(CP_ACP, 0, text.pOleStr, -1, path, sizeof path, nullptr, nullptr);
+            const auto path = ExactText(text.pOleStr);
             allocator->Free(text.pOleStr);
-            if (size == 0) return std::nullopt;
-            return path;
+            return path ? JoinPath(*path, "") : std::nullopt;
         }
         case STRRET_OFFSET:
             return JoinPath(reinterpret_cast<const char*>(id) + text.uOffset, "");

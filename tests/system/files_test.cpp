@@ -61,6 +61,20 @@ TEST(FoundNames, AreTakenOnlyIfTheyNameTheEntryAgain) {
     EXPECT_FALSE(survives(std::string(60, 'a'), std::string(200, 'b')));
 }
 
+TEST(ExactTexts, AreThoseThatComeBackTheSame) {
+    EXPECT_EQ(ExactText(L"a\u00e4\u6f22"), "a\u00e4\u6f22");
+    EXPECT_EQ(ExactText(L""), "");
+    EXPECT_EQ(ExactText(L"a\xD800"), std::nullopt);
+    // As a code page without it gives a letter that looks like it.
+    auto narrows = API_HOOK(WideCharToMultiByte);
+    narrows.Replace([&](UINT page, DWORD flags, LPCWCH wide, int length, LPSTR narrow, int size,
+                        LPCCH fallback, LPBOOL used) {
+        EXPECT_STREQ(wide, L"\uFF21.txt");
+        return narrows.Real()(page, flags, L"A.txt", length, narrow, size, fallback, used);
+    });
+    EXPECT_EQ(ExactText(L"\uFF21.txt"), std::nullopt);
+}
+
 TEST(Links, AreReparsePointsOtherThanCloudPlaceholders) {
     EXPECT_TRUE(IsLink(kLinkAttributes, kMountPointTag));
     EXPECT_TRUE(IsLink(FILE_ATTRIBUTE_REPARSE_POINT, 0xA000000C)) << "a symbolic link";

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <optional>
 #include <string>
 #include <vector>
@@ -144,6 +145,14 @@ TEST_F(ShredderScreen, APathThatWouldNameSomethingElseIsPassedOver) {
     Open();
     const std::string longest = "C:\\" + std::string(256, 'x');
     Drop({longest, longest + "x", "C:\\" + std::string(5000, 'x'), "relative.txt", "C:\\what?.txt"});
+    EXPECT_EQ(Listed(), Lines{longest});
+    const TestFolder folder;
+    // A name that turns into that of the file beside it, for a character that has no text of its own.
+    const HDROP drop = MakeDrop({folder.MakeFile("\uFFFD.txt")});
+    const auto names = reinterpret_cast<wchar_t*>(static_cast<DROPFILES*>(::GlobalLock(drop)) + 1);
+    *std::wcschr(names, L'\xFFFD') = L'\xD800';
+    ::GlobalUnlock(drop);
+    page.Send(WM_DROPFILES, reinterpret_cast<WPARAM>(drop));
     EXPECT_EQ(Listed(), Lines{longest});
     Lines many;
     for (int i = 0; i < 10000; ++i) many.push_back("C:\\no\\" + std::to_string(i));

@@ -1,5 +1,6 @@
 #include "ui/screens/shred_sources.h"
 
+#include <iterator>
 #include <string_view>
 
 #include "system/files.h"
@@ -111,14 +112,15 @@ void AddWithContent(const std::string& path, const PathSink& sink) {
 
 std::vector<std::string> DroppedPaths(HDROP drop) {
     std::vector<std::string> paths;
-    const UINT count = ::DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0);
+    const UINT count = ::DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
     for (UINT i = 0; i < count; ++i) {
-        // A name that does not fit comes cut off, before a whole character, as that of something else. One
-        // question for both, name and length: each makes the system walk through all the names before.
-        char buffer[kPathCapacity + 8] = "";
-        const UINT length = ::DragQueryFileA(drop, i, buffer, sizeof buffer);
-        if (length == 0 || length >= kPathCapacity) continue;
-        std::string path = buffer;
+        // A name that does not fit comes cut off as that of something else. One question for both, name and
+        // length: each makes the system walk through all the names before.
+        wchar_t buffer[kPathCapacity + 8] = L"";
+        const UINT length = ::DragQueryFileW(drop, i, buffer, static_cast<UINT>(std::size(buffer)));
+        const auto exact = length < kPathCapacity ? ExactText(buffer) : std::nullopt;
+        if (!exact || exact->size() >= kPathCapacity) continue;
+        std::string path = *exact;
         if (!IsFullPath(path) || !IsSurvivingPath(path)) continue;
         if (IsFolder(::GetFileAttributesA(path.c_str()))) path = WithBackslash(std::move(path));
         if (path.size() < kPathCapacity) paths.push_back(std::move(path));
