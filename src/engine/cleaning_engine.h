@@ -151,7 +151,7 @@ class CCleaningEngine {
     // All passes over an open file. The result of the last one.
     bool OverwriteFile(HANDLE file, const std::string& path);
 
-    // Paths that the system accepted for the restart since the engine was made, in order.
+    // Paths that go with the restart, as far as the system accepted them since the engine was made, in order.
     const std::vector<std::string>& FilesWaitingForRestart() const { return m_waitingForRestart; }
 
     // The folder that locked files are moved to at the restart, with its trailing backslash. With `create` it

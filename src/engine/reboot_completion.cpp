@@ -5,11 +5,13 @@
 
 #include "base/random_text.h"
 #include "engine/cleaning_engine.h"
+#include "engine/file_overwrite.h"
 #include "engine/folder_search.h"
 #include "engine/item_sink.h"
 #include "engine/trace.h"
 #include "system/files.h"
 #include "system/registry.h"
+#include "system/system_facts.h"
 
 namespace {
 
@@ -35,6 +37,11 @@ std::optional<std::string> RebootTarget(const std::string& path, const std::stri
 bool IsFolder(const std::string& path) {
     const DWORD attributes = ::GetFileAttributesA(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// The restart moves nothing to another volume, whatever the system answers when it is asked to.
+bool AreOnOneVolume(const std::string& path, const std::string& target) {
+    return LowerText(VolumeRoot(path)) == LowerText(VolumeRoot(target));
 }
 
 DWORD PendingMovesSize() {
@@ -70,7 +77,9 @@ void CCleaningEngine::ScheduleForReboot(const std::string& path) {
         if (!target) return;
         ENGINE_TRACE("File will be moved on reboot from '%s' to '%s'.", path.c_str(), target->c_str());
     }
-    if (::MoveFileExA(path.c_str(), target ? target->c_str() : nullptr, MOVEFILE_DELAY_UNTIL_REBOOT)) {
+    const bool taken =
+        ::MoveFileExA(path.c_str(), target ? target->c_str() : nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
+    if (taken && (!target || AreOnOneVolume(path, *target))) {
         m_waitingForRestart.push_back(path);
     }
     ENGINE_TRACE("Finish MoveFileEx call.");

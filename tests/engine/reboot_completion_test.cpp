@@ -103,14 +103,17 @@ TEST_F(RebootSchedule, WithPassesTheFileMovesUnderANameOfItsOwn) {
     RandomText::Seed(5);
     const std::string first = rebootFolder + "a.b.txt_" + letters.substr(0, 5);
     const std::string second = rebootFolder + "a.b.txt_" + letters.substr(5);
-    EXPECT_EQ(Schedule("D:\\one\\a.b.txt"), (Delayed{"D:\\one\\a.b.txt", first}));
-    EXPECT_EQ(Schedule("D:\\two\\a.b.txt"), (Delayed{"D:\\two\\a.b.txt", second}));
-    EXPECT_EQ(engine->FilesWaitingForRestart(), Lines({"D:\\one\\a.b.txt", "D:\\two\\a.b.txt"}));
+    EXPECT_EQ(Schedule("C:\\one\\a.b.txt"), (Delayed{"C:\\one\\a.b.txt", first}));
+    EXPECT_EQ(Schedule("c:\\two\\a.b.txt"), (Delayed{"c:\\two\\a.b.txt", second}));
+    EXPECT_EQ(engine->FilesWaitingForRestart(), Lines({"C:\\one\\a.b.txt", "c:\\two\\a.b.txt"}));
     EXPECT_EQ(creates.Calls(), 1) << "made once in the life of the engine, whatever came of it";
 
     answer = FALSE;
-    EXPECT_TRUE(Schedule("D:\\three\\a.txt"));
+    EXPECT_TRUE(Schedule("C:\\three\\a.txt"));
     EXPECT_EQ(engine->FilesWaitingForRestart().size(), 2u) << "the system did not take it";
+    answer = TRUE;
+    EXPECT_TRUE(Schedule("D:\\three\\a.txt"));
+    EXPECT_EQ(engine->FilesWaitingForRestart().size(), 2u) << "the restart moves nothing to another volume";
 }
 
 TEST_F(RebootSchedule, LeavesWhatTheFolderItselfIsIn) {
