@@ -13,7 +13,6 @@
 #include "engine/url_cache.h"
 #include "system/files.h"
 #include "system/registry.h"
-#include "system/trusted_path.h"
 
 namespace {
 
@@ -112,28 +111,6 @@ bool CleanIniValue(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result, boo
     return done;
 }
 
-// True if a folder between the item's own one and the result is a link. The scan entered none, so one has
-// taken a folder's place since, and leads elsewhere.
-bool IsBehindNewLink(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
-    const std::string& path = *result.path;
-    const std::string_view location = item.location.OrEmpty();
-    const std::string_view folder = location.substr(0, location.rfind('\\') + 1);
-    // What lies in the recycle bin is not below its item's location.
-    const std::size_t start = path.starts_with(folder) ? folder.size() : VolumeRoot(path).size();
-    for (std::size_t end = path.find('\\', start); end != std::string::npos; end = path.find('\\', end + 1)) {
-        if (IsLink(path.substr(0, end).c_str())) return true;
-    }
-    return false;
-}
-
-// The scan asked the same; but it may be long ago.
-bool LeadsElsewhere(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
-    const bool isPath = result.type == ResultType::File || result.type == ResultType::Directory;
-    if (isPath && IsBehindNewLink(item, result)) return true;
-    const bool isInFile = isPath || result.type == ResultType::IniValue;
-    return isInFile && PassesForeignLink(result.path->substr(0, result.path->rfind('\\') + 1));
-}
-
 }  // namespace
 
 std::uint32_t CCleaningEngine::CleanResultCount() const {
@@ -163,6 +140,7 @@ void CCleaningEngine::Clean() {
     if (total != 0) {
         ENGINE_TRACE("There are %d items to clean.", static_cast<int>(total));
         m_processed = 0;
+        m_linkWatch = {};  // what the scan saw counts no more
         CleanCategories(total);
         ClearResults();
         ENGINE_TRACE("Finished cleaning.");
@@ -242,6 +220,19 @@ std::uint32_t CCleaningEngine::CleanResults(const tagCLEAN_ITEM* firstItem, std:
         Send(WM_ENGINE_CLEAN_PROGRESS, 0, categoryCleaned * 100 / total);
     }
     return cleaned;
+}
+
+// The scan asked the same, but it may be long ago. It entered no link below the item's own folder, so one
+// that is there now has taken a folder's place since.
+bool CCleaningEngine::LeadsElsewhere(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {
+    const bool isPath = result.type == ResultType::File || result.type == ResultType::Directory;
+    if (!isPath && result.type != ResultType::IniValue) return false;
+    const std::string folder = result.path->substr(0, result.path->rfind('\\') + 1);
+    if (!isPath) return m_linkWatch.LeadsElsewhere(folder, folder.size());
+    const std::string_view location = item.location.OrEmpty();
+    const std::string_view itemFolder = location.substr(0, location.rfind('\\') + 1);
+    // What lies in the recycle bin is not below its item's location.
+    return m_linkWatch.LeadsElsewhere(folder, folder.starts_with(itemFolder) ? itemFolder.size() : 0);
 }
 
 bool CCleaningEngine::CleanResult(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result) {

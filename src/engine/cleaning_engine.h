@@ -16,6 +16,7 @@
 #include "engine/clean_records.h"
 #include "engine/definition_memory.h"
 #include "engine/engine_messages.h"
+#include "engine/link_watch.h"
 #include "engine/protected_folders.h"
 #include "engine/result_store.h"
 #include "engine/whitelist.h"
@@ -229,6 +230,7 @@ class CCleaningEngine {
     std::uint32_t CleanResults(const tagCLEAN_ITEM* firstItem, std::uint32_t total,
                                std::uint32_t& categoryCleaned);
     bool CleanResult(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result);
+    bool LeadsElsewhere(const tagCLEAN_ITEM& item, const tagCLEAN_RESULT& result);
     bool CleanFile(const tagCLEAN_RESULT& result);
 
     // shredder.cpp, reboot_completion.cpp
@@ -272,5 +274,6 @@ class CCleaningEngine {
     std::unique_ptr<DelimitingTextStateMachine> m_variables;
     std::vector<std::string> m_restrictedPaths;
     std::optional<ProtectedFolders> m_protectedFolders;  // as the latest scan found them
+    LinkWatch m_linkWatch;
     Whitelist m_whitelist;
 };

@@ -12,7 +12,6 @@
 #include "engine/registry_search.h"
 #include "engine/trace.h"
 #include "system/shell_items.h"
-#include "system/trusted_path.h"
 
 namespace {
 
@@ -162,7 +161,10 @@ std::uint32_t CCleaningEngine::ScanItem(tagCLEAN_ITEM& item, ItemSink& sink) {
     const std::string location = item.location.OrEmpty();
     const std::string valueName = item.valueName.OrEmpty();
     if (!IsSearchable(item.type, location)) return 0;
-    if (IsInFiles(item.type) && PassesForeignLink(location.substr(0, location.rfind('\\') + 1))) return 0;
+    if (IsInFiles(item.type)) {
+        const std::string folder = location.substr(0, location.rfind('\\') + 1);
+        if (m_linkWatch.LeadsElsewhere(folder, folder.size())) return 0;
+    }
     const auto wholeFolder = FolderTakenWhole(item.type, location);
     if (wholeFolder && m_protectedFolders->Contains(*wholeFolder)) return 0;
     switch (item.type) {

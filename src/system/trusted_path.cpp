@@ -54,12 +54,8 @@ std::string LinkOwner(const char* link) {
 
 }  // namespace
 
-bool PassesForeignLink(const std::string& folder) {
-    for (std::size_t end = folder.find('\\'); end != std::string::npos; end = folder.find('\\', end + 1)) {
-        const std::string part = folder.substr(0, end);
-        if (IsLink(part.c_str()) && !IsTrustedOwner(LinkOwner(part.c_str()))) return true;
-    }
-    return false;
+bool IsTrustedLink(const char* link) {
+    return IsTrustedOwner(LinkOwner(link));
 }
 
 bool IsTrusted(const char* path) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 // What a program with administrator rights may believe. In the machine-wide application data every user may
 // make files and folders; what is read there tells the program what to delete without a question. Any thread.
 
@@ -9,9 +7,9 @@
 // False also for a link, for what is not there, and where the owner cannot be told.
 bool IsTrusted(const char* path);
 
-// True if `folder`, which ends in a backslash, or a folder on the way to it is a link that somebody else
-// made: where other users may make folders one could lead to whatever they want to see deleted.
-bool PassesForeignLink(const std::string& folder);
+// Whether a link belongs to the user, an administrator or Windows itself. Where others may make folders, a
+// link of theirs could lead to whatever they want to see deleted. Of the link, whatever it leads to.
+bool IsTrustedLink(const char* link);
 
 // Makes a folder that all may read and only administrators and Windows may write to. One that exists stays as
 // it is; failures show later, when something is to be put there.
