@@ -93,15 +93,19 @@ bool CCleaningEngine::LoadItem(const pugi::xml_node& node, tagCLEAN_ENTITY& enti
     item.type = type;
     item.action = ItemActionOf(element.action);
     item.entity = &entity;
-    const std::string_view location = ExpandedForLoad(element.location);
+    std::string_view location = ExpandedForLoad(element.location);
     if (IsRegistryType(type)) {
         FillRegistryItem(item, element, location, m_definitionMemory);
     } else if (IsPathType(type)) {
-        // A variable's value may have them, and what a search finds is put together at the backslashes.
-        std::string path(location);
-        std::ranges::replace(path, '/', '\\');
-        item.restricted = IsRestrictedLocation(path);
-        item.location = m_definitionMemory.Keep(path);
+        // A variable's value may have slashes, and what a search finds is put together at the backslashes.
+        std::string path;
+        if (location.find('/') != std::string_view::npos) {
+            path = location;
+            std::ranges::replace(path, '/', '\\');
+            location = path;
+        }
+        item.restricted = IsRestrictedLocation(location);
+        item.location = m_definitionMemory.Keep(location);
     } else if (type == ItemType::IniValue) {
         FillIniItem(item, element, location, m_definitionMemory);
     }

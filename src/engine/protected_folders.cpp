@@ -27,11 +27,14 @@ struct ProtectedFolders::Folder {
 };
 
 ProtectedFolders::ProtectedFolders(const std::vector<std::string>& protectedPaths) {
+    std::set<std::string> known;
     for (const std::string& path : protectedPaths) {
         // Of the drives themselves there may be one without a medium, which would be asked for.
         for (std::size_t end = path.size(); end != std::string::npos && end > 2;
              end = path.rfind('\\', end - 1)) {
-            const Folder folder(path.substr(0, end) + "\\");
+            const auto [text, isNew] = known.insert(path.substr(0, end) + "\\");
+            if (!isNew) break;  // and so are those above it
+            const Folder folder(*text);
             if (folder.isKnown) m_identities.insert(folder.identity);
         }
     }
