@@ -7,7 +7,6 @@
 #include "base/ini_value_name.h"
 #include "base/random_text.h"
 #include "engine/cleaning_engine.h"
-#include "engine/file_overwrite.h"
 #include "engine/folder_removal.h"
 #include "engine/trace.h"
 #include "engine/url_cache.h"
